@@ -1,0 +1,251 @@
+#pragma once
+// The day view: one day as a grid of time slots with appointments on it. It holds
+// its date, its grid and its appointment objects, and turns the user's gestures
+// into its events. Every rule of the grid (time to row, hit test, the order of a
+// gesture's events) lives here, where a test can reach it.
+
+#include <QuorvaneScheduler/components/platform.h>
+#include <QuorvaneScheduler/components/widgets.h>
+#include <QuorvaneScheduler/ole_date.h>
+#include <QuorvaneScheduler/variant.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quorvane {
+
+class PVDayView;
+class AppointmentSet;
+
+// An appointment. Shared: the set holds it, and so may the control after the set
+// has let it go; a removed appointment stays readable and writable.
+class Appointment : public Object {
+public:
+    std::string Text;
+    OleDate StartDateTime;
+    OleDate EndDateTime;
+    std::string Tag;
+    std::int32_t BackColor = 0;
+    bool Selected = false;
+
+    std::int32_t Key() const { return key_; }
+    // The view whose set holds it, or nullptr once it has left its set.
+    PVDayView* view() const { return view_; }
+
+private:
+    friend class AppointmentSet;
+    std::int32_t key_ = 0;
+    PVDayView* view_ = nullptr;
+};
+using AppointmentRef = std::shared_ptr<Appointment>;
+
+class AppointmentSet {
+public:
+    explicit AppointmentSet(PVDayView& view) : view_(view) {}
+    ~AppointmentSet();
+    AppointmentSet(const AppointmentSet&) = delete;
+    AppointmentSet& operator=(const AppointmentSet&) = delete;
+
+    // Creates an appointment in the view's default colour; raises nothing.
+    AppointmentRef Add(std::string text, OleDate start, OleDate end);
+    std::int32_t Count() const { return static_cast<std::int32_t>(items_.size()); }
+    AppointmentRef FirstAppointment() const;
+    // The one after `app` in the set's order; none at the end, or when `app` is
+    // not in the set.
+    AppointmentRef NextAppointment(const AppointmentRef& app) const;
+    AppointmentRef Item(std::int32_t key) const; // none when no appointment has the key
+    // Raises BeforeRemove inside the call; the appointment stays when the handler
+    // calls Undo. A key that no appointment has: InvalidProcedureCall.
+    void Remove(std::int32_t key);
+    // Removes all and raises nothing.
+    void RemoveAll();
+    // The appointment at a pixel position of the view, or none.
+    AppointmentRef HitTest(std::int32_t x, std::int32_t y) const;
+    AppointmentRef GetSelectedAppointment() const;
+
+    const std::vector<AppointmentRef>& items() const { return items_; }
+
+private:
+    friend class PVDayView;
+    void insertAt(std::size_t pos, const AppointmentRef& app);
+    void detach(const AppointmentRef& app);
+
+    PVDayView& view_;
+    std::vector<AppointmentRef> items_;
+    std::int32_t nextKey_ = 1;
+};
+
+// Slot lengths by Increments code.
+inline constexpr std::array<int, 5> kIncrementMinutes = {60, 30, 15, 10, 5};
+
+class PVDayView : public Object {
+public:
+    // Pixels of one row of the grid, and of the time ruler at its left.
+    static constexpr int kRowPixels = 20;
+    static constexpr int kRulerPixels = 0;
+    static constexpr std::int32_t kDefaultDayBackColor = 16777215;     // white
+    static constexpr std::int32_t kDefaultAppointmentColor = 14737632; // light grey
+
+    PVDayView(Platform& platform, std::int16_t index);
+    ~PVDayView() override;
+    PVDayView(const PVDayView&) = delete;
+    PVDayView& operator=(const PVDayView&) = delete;
+
+    std::int16_t Index() const { return index_; }
+
+    // The date the view shows (midnight). Another date raises DateChange inside
+    // the assignment, with the old date.
+    OleDate CurrentDate() const { return currentDate_; }
+    void setCurrentDate(OleDate d);
+
+    AppointmentSet& appointmentSet() { return set_; }
+    const AppointmentSet& appointmentSet() const { return set_; }
+
+    // 0..4 for 60, 30, 15, 10, 5 minutes; anything else is InvalidPropertyValue.
+    std::int32_t Increments() const { return increments_; }
+    void setIncrements(std::int32_t code);
+    int slotMinutes() const { return kIncrementMinutes[static_cast<std::size_t>(increments_)]; }
+
+    OleDate BusinessHoursBegin() const { return businessBegin_; }
+    OleDate BusinessHoursEnd() const { return businessEnd_; }
+    OleDate DayStartTime() const { return dayStart_; }
+    OleDate DayEndTime() const { return dayEnd_; }
+    std::int32_t DayBackColor() const { return dayBackColor_; }
+
+    // Selection and colour are kept per five-minute cell, so both survive a change
+    // of Increments. A slot is selected when every cell of it is.
+    bool TimeSlotSelected(OleDate slot) const;
+    void setTimeSlotSelected(OleDate slot, bool on);
+    // Colours the cells from start to end, both included, by time of day.
+    void setTimeSlotColor(OleDate start, OleDate end, std::int32_t color);
+    std::int32_t TimeSlotColor(OleDate t) const; // the colour of the cell holding t
+
+    // The time at the top of the grid; a move raises TopIndexChange.
+    OleDate TopIndex() const { return topIndex_; }
+    void setTopIndex(OleDate t);
+
+    std::int32_t ViewMode = 0;
+    std::string Tag;
+    bool Visible = true;
+    float Left = 0, Top = 0, Width = 1440, Height = 7020;
+
+    // Takes back the change the view has just made: an added appointment goes, a
+    // removal being asked about is cancelled, a resize or a drop is reverted.
+    void Undo();
+
+    // Events, each with the view's index first.
+    std::function<void(std::int16_t)> GotFocus;
+    std::function<void(std::int16_t, std::int16_t button, std::int16_t shift, float x, float y)> MouseButton;
+    std::function<void(std::int16_t)> Click;
+    std::function<void(std::int16_t)> DblClick;
+    std::function<void(std::int16_t, AppointmentRef)> AfterAdd;
+    std::function<void(std::int16_t, AppointmentRef)> BeforeRemove;
+    std::function<void(std::int16_t, AppointmentRef)> AfterResize;
+    std::function<void(std::int16_t, AppointmentRef)> BeforeDrag;
+    std::function<void(std::int16_t, AppointmentRef)> AfterDrag;
+    std::function<void(std::int16_t, AppointmentRef)> AppointmentChangeRefused;
+    std::function<void(std::int16_t)> ViewChangeRefused;
+    std::function<void(std::int16_t, OleDate oldDate)> DateChange;
+    std::function<void(std::int16_t, OleDate topTime)> TopIndexChange;
+    std::function<void(std::int16_t, OleDate timeSlot)> TimeSlotSelect;
+
+    // Geometry, in the view's pixels (15 twips each, whatever the screen).
+    int visibleRows() const;
+    // The pixel point a gesture aims at: the centre of an appointment's rectangle,
+    // or the free strip beside the appointments on the row of a time. None when
+    // the target is outside the visible grid.
+    std::optional<std::pair<int, int>> pointOfAppointment(std::int32_t key) const;
+    std::optional<std::pair<int, int>> pointOfTime(OleDate t) const;
+    std::string focusName() const { return "dvwResource(" + std::to_string(index_) + ")"; }
+
+    // The user's gestures. Each raises the view's events in the order a real view
+    // does; a gesture on something that is not there returns false and does nothing.
+    bool userClickAt(OleDate t, bool right = false);
+    bool userClickOn(std::int32_t key, bool right = false);
+    bool userDblClickOn(std::int32_t key);
+    void userSlot(OleDate t);
+    bool userType(OleDate t, std::string text);
+    bool userResize(std::int32_t key, OleDate end);
+    bool userDelete(std::int32_t key);
+    bool userDrag(std::int32_t key, PVDayView& target, OleDate start);
+    void userScroll(OleDate t);
+    void userDate(OleDate d);
+
+private:
+    friend class AppointmentSet;
+    static constexpr int kMinutesPerDay = 1440;
+    static constexpr std::size_t kCells = 288; // five-minute cells of a day
+
+    // A date the runtime can place (years 100 to 9999); anything else, NaN
+    // included, fails with InvalidProcedureCall.
+    static OleDate checkedDate(OleDate d);
+    static bool validDate(OleDate d);
+    // The day of `day` at the time of day of `timeOfDay`.
+    static OleDate onDay(OleDate day, OleDate timeOfDay);
+    static int pixelsOf(float twips);
+    // Raises an event through a copy of its handler, so a handler may replace itself.
+    template <class... Params, class... Args>
+    static void raise(const std::function<void(Params...)>& event, Args&&... args) {
+        if (!event) return;
+        const std::function<void(Params...)> handler = event;
+        handler(std::forward<Args>(args)...);
+    }
+
+    static int cellOf(OleDate t);
+    void takeFocus();
+    void selectSlotOnly(OleDate t);
+    int minuteOnGrid(OleDate t) const; // minutes of t's time of day from the top row
+    bool runRemove(const AppointmentRef& app);
+
+    std::pair<int, int> slotCells(OleDate t) const; // first and last cell of the slot holding t
+    int slotStartMinute(OleDate t) const;
+    OleDate slotStartOnCurrentDate(OleDate t) const;
+    int topMinute() const;
+    int gridBottom() const;                         // pixels of the rows shown, from y = 0
+    std::pair<int, int> appointmentColumns() const; // x range of the appointments, end excluded
+    // Minutes from the top row to the start and end of a drawn appointment.
+    std::optional<std::pair<std::int64_t, std::int64_t>> spanOf(const Appointment& app) const;
+    void raiseWithUndo(std::function<void()> record, const std::function<void()>& fire);
+    std::function<void()> removalOf(const AppointmentRef& app);
+
+    Platform& platform_;
+    std::int16_t index_;
+    AppointmentSet set_;
+    OleDate currentDate_;
+    std::int32_t increments_ = 1;
+    OleDate businessBegin_, businessEnd_, dayStart_, dayEnd_;
+    std::int32_t dayBackColor_ = kDefaultDayBackColor;
+    OleDate topIndex_;
+    std::array<bool, 288> selected_{};
+    std::array<std::int32_t, 288> colors_{};
+
+    // What Undo takes back: set just before an event that may be refused.
+    std::function<void()> undo_;
+};
+using DayViewRef = std::shared_ptr<PVDayView>;
+
+// The month calendar: marks set by code, and a change event for a user's pick only.
+class PVCalendar : public WidgetBase {
+public:
+    explicit PVCalendar(Platform& platform);
+    bool DateSelected(OleDate d) const;
+    void setDateSelected(OleDate d, bool on);
+    OleDate Value() const { return value_; }
+
+    std::function<void(OleDate)> Change;
+    // A user's pick of a date: moves the calendar there and raises Change.
+    void userPick(OleDate d);
+    std::vector<OleDate> markedDates() const;
+
+private:
+    std::vector<std::int32_t> marked_; // day numbers, kept sorted
+    OleDate value_;
+};
+
+} // namespace quorvane

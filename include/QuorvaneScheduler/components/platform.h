@@ -1,0 +1,98 @@
+#pragma once
+// The services the platform gives a control: message boxes, today's date, the
+// screen's twips per pixel, the message-loop yield, and the container that holds
+// the control. Each is a small object the host (or a test) can replace.
+
+#include <QuorvaneScheduler/ole_date.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quorvane {
+
+enum class MsgBoxButtons { OK, YesNo };
+enum class MsgBoxResult { OK, Yes, No };
+
+// Answers message boxes. The default answers OK to an OK box and No to a question.
+class MessageBoxService {
+public:
+    virtual ~MessageBoxService() = default;
+    // An empty title is the default title.
+    virtual MsgBoxResult show(std::string_view text, MsgBoxButtons buttons, std::string_view title) = 0;
+};
+
+class DefaultMessageBoxService final : public MessageBoxService {
+public:
+    MsgBoxResult show(std::string_view, MsgBoxButtons buttons, std::string_view) override {
+        return buttons == MsgBoxButtons::OK ? MsgBoxResult::OK : MsgBoxResult::No;
+    }
+};
+
+// Today's date. Without a fixed date it reads the machine's local date.
+class Clock {
+public:
+    OleDate today() const;
+    void setToday(OleDate d) { fixed_ = true, today_ = datePart(d); }
+    void useSystemDate() { fixed_ = false; }
+
+private:
+    bool fixed_ = false;
+    OleDate today_{};
+};
+
+struct Screen {
+    float twipsPerPixelX = 15.0f;
+    float twipsPerPixelY = 15.0f;
+};
+
+// The container of the control: its enabled state, which widget has the focus,
+// and the report of a changed property.
+class Container {
+public:
+    bool enabled() const { return enabled_; }
+    void setEnabled(bool on) { enabled_ = on; }
+
+    const std::string& activeControl() const { return active_; }
+    void setActiveControl(std::string name) { active_ = std::move(name); }
+
+    // Hooked by the host to hear "changed NAME".
+    std::function<void(std::string_view)> onPropertyChanged;
+    void propertyChanged(std::string_view name) {
+        if (onPropertyChanged) onPropertyChanged(name);
+    }
+
+private:
+    bool enabled_ = true;
+    std::string active_;
+};
+
+// Everything a control takes from its surroundings. The host owns it and keeps it
+// alive as long as the control.
+struct Platform {
+    Platform() : messageBoxes(&defaultBoxes) {}
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+
+    MessageBoxService* messageBoxes;
+    Clock clock;
+    Screen screen;
+    Container container;
+    // Processing of pending messages; the host hooks what it wants to run there.
+    std::function<void()> doEvents;
+    void yieldToMessageLoop() {
+        if (doEvents) doEvents();
+    }
+    // InitCommonControls: the platform's widget set is ready from here on.
+    int commonControlsInitialised = 0;
+
+    MsgBoxResult msgBox(std::string_view text, MsgBoxButtons buttons = MsgBoxButtons::OK,
+                        std::string_view title = {}) {
+        return messageBoxes->show(text, buttons, title);
+    }
+
+private:
+    DefaultMessageBoxService defaultBoxes;
+};
+
+} // namespace quorvane

@@ -1,0 +1,131 @@
+#pragma once
+// Models of the widget set: just the state and notifications the control uses.
+// A widget that takes the focus tells the container, which then names it as the
+// active control.
+
+#include <QuorvaneScheduler/components/platform.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quorvane {
+
+// Position and visibility shared by every widget, in twips.
+struct WidgetBase {
+    std::string name; // as the container reports it: "txtPatName", "cmbResource(3)"
+    Container* container = nullptr;
+    bool visible = true;
+    bool enabled = true;
+    float left = 0, top = 0, width = 0, height = 0;
+    std::string toolTipText;
+
+    void setFocus() {
+        if (container) container->setActiveControl(name);
+    }
+    bool hasFocus() const { return container && container->activeControl() == name; }
+};
+
+// A drop-down pick list whose text is always one of its items (or empty with no
+// selection). Selecting from code runs onClick before the assignment returns,
+// exactly as a user's pick does.
+class PickList : public WidgetBase {
+public:
+    std::function<void()> onClick;
+
+    void clear();
+    void addItem(std::string item);
+    int listCount() const { return static_cast<int>(items_.size()); }
+    // An index outside the list reads as an empty text.
+    const std::string& list(int index) const;
+    int listIndex() const { return index_; }
+    const std::string& text() const;
+
+    // Selects the first item equal to the text; a text that is no item fails with
+    // InvalidPropertyValue and leaves the selection as it was.
+    void setText(const std::string& text);
+    // -1 clears the selection; an index below -1 or past the end fails with
+    // InvalidPropertyValue and leaves the selection as it was.
+    void setListIndex(int index);
+
+private:
+    void select(int index);
+
+    std::vector<std::string> items_;
+    int index_ = -1;
+};
+
+class TextField : public WidgetBase {
+public:
+    std::string text;
+    std::int32_t backColor = 0x80000005; // the window colour
+    std::int32_t foreColor = 0x80000008; // the window text colour
+    bool locked = false;
+    // Key press of the field's own handler, when it has one (character code).
+    std::function<void(int)> onKeyPress;
+};
+
+class Button : public WidgetBase {
+public:
+    std::string caption;
+    std::function<void()> onClick;
+    // A user's click: runs the handler when the button is visible and enabled.
+    bool click() {
+        if (!visible || !enabled) return false;
+        if (onClick) onClick();
+        return true;
+    }
+};
+
+class ScrollBar : public WidgetBase {
+public:
+    std::int16_t min = 1, max = 5, value = 1;
+    std::int16_t smallChange = 1, largeChange = 1;
+    std::string tag;
+    std::function<void()> onChange;
+
+    // A maximum below the value pulls the value down to it, which is a change.
+    void setMax(std::int16_t m);
+    // Outside min..max is InvalidPropertyValue; a new value runs onChange.
+    void setValue(std::int16_t v);
+};
+
+class MenuItem {
+public:
+    std::string name;
+    std::string caption;
+    std::string tag;
+    bool visible = true;
+    bool enabled = true;
+    bool checked = false;
+    std::function<void()> onClick;
+    std::vector<MenuItem*> children; // a submenu's items, owned elsewhere
+};
+
+// A context menu. Opening it is a request to the host's window; the control
+// only says which menu and where.
+class PopupMenu {
+public:
+    std::string name;
+    std::vector<MenuItem*> items; // owned by the control
+    std::function<void(PopupMenu&, float x, float y)> onPopup;
+    void popup(float x = 0, float y = 0) {
+        if (onPopup) onPopup(*this, x, y);
+    }
+};
+
+class Form : public WidgetBase {
+public:
+    std::string caption;
+    // Shows the form modally: the host's hook runs the user's time with it and
+    // returns when the form is closed.
+    std::function<void(Form&)> onShowModal;
+    void showModal() {
+        visible = true;
+        if (onShowModal) onShowModal(*this);
+        visible = false;
+    }
+};
+
+} // namespace quorvane

@@ -1,0 +1,297 @@
+#include <QuorvaneScheduler/components/day_view.h>
+#include <QuorvaneScheduler/errors.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace quorvane {
+
+// ---- helpers ------------------------------------------------------------------
+
+OleDate PVDayView::checkedDate(OleDate d) {
+    if (!validDate(d)) throw InvalidProcedureCall("date value out of range");
+    return d;
+}
+
+// The bounds of the runtime's date arithmetic, 1 January 100 to 31 December 9999;
+// NaN fails the comparison as well.
+bool PVDayView::validDate(OleDate d) { return d.value > -657435.0 && d.value < 2958466.0; }
+
+OleDate PVDayView::onDay(OleDate day, OleDate timeOfDay) {
+    const double date = datePart(checkedDate(day)).value;
+    const double time = timePart(checkedDate(timeOfDay)).value;
+    // Before the epoch the fraction counts forward from midnight while the stored
+    // value runs backwards: 6:00 AM on day -1 is -1.25.
+    return OleDate(date >= 0 ? date + time : date - time);
+}
+
+int PVDayView::pixelsOf(float twips) {
+    // Geometry is public and may hold anything; a negative, NaN or absurd size
+    // gives an empty or a bounded view rather than an overflowing cast.
+    if (!(twips >= 15.0f)) return 0;
+    return static_cast<int>(std::min(std::floor(static_cast<double>(twips) / 15.0), 1.0e6));
+}
+
+// ---- AppointmentSet -----------------------------------------------------------
+
+AppointmentSet::~AppointmentSet() {
+    for (const AppointmentRef& app : items_)
+        app->view_ = nullptr;
+}
+
+AppointmentRef AppointmentSet::Add(std::string text, OleDate start, OleDate end) {
+    PVDayView::checkedDate(start);
+    PVDayView::checkedDate(end);
+    // Key 0 marks a set that has given out every key; a key is never given twice.
+    if (nextKey_ <= 0) throw Overflow("appointment keys exhausted");
+    auto app = std::make_shared<Appointment>();
+    app->Text = std::move(text);
+    app->StartDateTime = start;
+    app->EndDateTime = end;
+    app->BackColor = PVDayView::kDefaultAppointmentColor;
+    app->key_ = nextKey_;
+    nextKey_ = nextKey_ == std::numeric_limits<std::int32_t>::max() ? 0 : nextKey_ + 1;
+    insertAt(items_.size(), app);
+    return app;
+}
+
+AppointmentRef AppointmentSet::FirstAppointment() const { return items_.empty() ? nullptr : items_.front(); }
+
+AppointmentRef AppointmentSet::NextAppointment(const AppointmentRef& app) const {
+    const auto it = std::find(items_.begin(), items_.end(), app);
+    if (!app || it == items_.end() || std::next(it) == items_.end()) return nullptr;
+    return *std::next(it);
+}
+
+AppointmentRef AppointmentSet::Item(std::int32_t key) const {
+    for (const AppointmentRef& app : items_)
+        if (app->key_ == key) return app;
+    return nullptr;
+}
+
+void AppointmentSet::Remove(std::int32_t key) {
+    const AppointmentRef app = Item(key);
+    if (!app) throw InvalidProcedureCall("no appointment with key " + std::to_string(key));
+    view_.runRemove(app);
+}
+
+void AppointmentSet::RemoveAll() {
+    std::vector<AppointmentRef> gone;
+    gone.swap(items_);
+    for (const AppointmentRef& app : gone)
+        app->view_ = nullptr;
+}
+
+AppointmentRef AppointmentSet::HitTest(std::int32_t x, std::int32_t y) const {
+    const auto [left, right] = view_.appointmentColumns();
+    if (x < left || x >= right || y < 0 || y >= view_.gridBottom()) return nullptr;
+    const std::int64_t scaledY = std::int64_t{y} * view_.slotMinutes();
+    for (const AppointmentRef& app : items_) {
+        const auto span = view_.spanOf(*app);
+        if (span && span->first * PVDayView::kRowPixels <= scaledY &&
+            scaledY < span->second * PVDayView::kRowPixels)
+            return app;
+    }
+    return nullptr;
+}
+
+AppointmentRef AppointmentSet::GetSelectedAppointment() const {
+    for (const AppointmentRef& app : items_)
+        if (app->Selected) return app;
+    return nullptr;
+}
+
+void AppointmentSet::insertAt(std::size_t pos, const AppointmentRef& app) {
+    const AppointmentRef held = app;
+    items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(std::min(pos, items_.size())), held);
+    held->view_ = &view_;
+}
+
+void AppointmentSet::detach(const AppointmentRef& app) {
+    // A copy: the argument may be an element of items_ itself.
+    const AppointmentRef held = app;
+    const auto it = std::find(items_.begin(), items_.end(), held);
+    if (it == items_.end()) return;
+    items_.erase(it);
+    held->view_ = nullptr;
+}
+
+// ---- PVDayView: state -----------------------------------------------------------
+
+PVDayView::PVDayView(Platform& platform, std::int16_t index)
+    : platform_(platform), index_(index), set_(*this), currentDate_(platform.clock.today()),
+      businessBegin_(makeTime(8, 0, 0)), businessEnd_(makeTime(17, 0, 0)), dayStart_(0.0),
+      dayEnd_(makeTime(23, 55, 0)), topIndex_(makeTime(8, 0, 0)) {
+    colors_.fill(dayBackColor_);
+}
+
+PVDayView::~PVDayView() = default;
+
+void PVDayView::setCurrentDate(OleDate d) {
+    const OleDate date = datePart(checkedDate(d));
+    const OleDate old = currentDate_;
+    currentDate_ = date;
+    if (date != old) raise(DateChange, index_, old);
+}
+
+void PVDayView::setIncrements(std::int32_t code) {
+    if (code < 0 || code >= static_cast<std::int32_t>(kIncrementMinutes.size()))
+        throw InvalidPropertyValue("Increments " + std::to_string(code) + " out of range");
+    increments_ = code;
+}
+
+int PVDayView::cellOf(OleDate t) {
+    return std::clamp(minuteOfDay(checkedDate(t)) / 5, 0, static_cast<int>(kCells) - 1);
+}
+
+bool PVDayView::TimeSlotSelected(OleDate slot) const {
+    const auto [first, last] = slotCells(slot);
+    return std::all_of(selected_.begin() + first, selected_.begin() + last + 1, [](bool on) { return on; });
+}
+
+void PVDayView::setTimeSlotSelected(OleDate slot, bool on) {
+    const auto [first, last] = slotCells(slot);
+    std::fill(selected_.begin() + first, selected_.begin() + last + 1, on);
+}
+
+void PVDayView::setTimeSlotColor(OleDate start, OleDate end, std::int32_t color) {
+    const int first = cellOf(start), last = cellOf(end);
+    if (last < first) return;
+    std::fill(colors_.begin() + first, colors_.begin() + last + 1, color);
+}
+
+std::int32_t PVDayView::TimeSlotColor(OleDate t) const {
+    return colors_[static_cast<std::size_t>(cellOf(t))];
+}
+
+void PVDayView::setTopIndex(OleDate t) {
+    checkedDate(t);
+    if (t == topIndex_) return;
+    topIndex_ = t;
+    raise(TopIndexChange, index_, t);
+}
+
+void PVDayView::Undo() {
+    if (!undo_) return;
+    // Cleared before it runs: a second Undo from the same handler takes back nothing.
+    const std::function<void()> record = std::move(undo_);
+    undo_ = nullptr;
+    record();
+}
+
+std::pair<int, int> PVDayView::slotCells(OleDate t) const {
+    const int cellsPerSlot = slotMinutes() / 5;
+    const int first = cellOf(t) / cellsPerSlot * cellsPerSlot;
+    return {first, first + cellsPerSlot - 1};
+}
+
+int PVDayView::slotStartMinute(OleDate t) const {
+    return minuteOfDay(checkedDate(t)) / slotMinutes() * slotMinutes();
+}
+
+OleDate PVDayView::slotStartOnCurrentDate(OleDate t) const {
+    const int minute = slotStartMinute(t);
+    return onDay(currentDate_, makeTime(minute / 60, minute % 60, 0));
+}
+
+void PVDayView::selectSlotOnly(OleDate t) {
+    const auto [first, last] = slotCells(t);
+    selected_.fill(false);
+    std::fill(selected_.begin() + first, selected_.begin() + last + 1, true);
+}
+
+void PVDayView::raiseWithUndo(std::function<void()> record, const std::function<void()>& fire) {
+    // The record stands only while its event runs. A gesture started from inside
+    // a handler brings its own record and puts the outer one back when it ends,
+    // so the outer handler's Undo still takes back the outer change.
+    struct Restore {
+        std::function<void()>& slot;
+        std::function<void()> outer;
+        ~Restore() { slot = std::move(outer); }
+    } restore{undo_, std::move(undo_)};
+    undo_ = std::move(record);
+    fire();
+}
+
+std::function<void()> PVDayView::removalOf(const AppointmentRef& app) {
+    return [this, app] { set_.detach(app); };
+}
+
+bool PVDayView::runRemove(const AppointmentRef& app) {
+    const AppointmentRef held = app;
+    bool cancelled = false;
+    raiseWithUndo([&cancelled] { cancelled = true; }, [&] { raise(BeforeRemove, index_, held); });
+    if (cancelled) return false;
+    // The handler may have removed it or emptied the set; detach finds it again.
+    if (held->view() != this) return false;
+    set_.detach(held);
+    return true;
+}
+
+// ---- PVDayView: geometry ----------------------------------------------------------
+
+int PVDayView::visibleRows() const { return pixelsOf(Height) / kRowPixels; }
+
+int PVDayView::topMinute() const {
+    // TopIndex is stored as given; a value the runtime cannot place shows the
+    // grid from midnight rather than failing every gesture.
+    if (!validDate(topIndex_)) return 0;
+    return minuteOfDay(topIndex_) / slotMinutes() * slotMinutes();
+}
+
+int PVDayView::minuteOnGrid(OleDate t) const { return minuteOfDay(checkedDate(t)) - topMinute(); }
+
+int PVDayView::gridBottom() const {
+    // The grid ends with the day even when the view is taller.
+    const int rowsLeft = (kMinutesPerDay - topMinute()) / slotMinutes();
+    return std::min(visibleRows(), rowsLeft) * kRowPixels;
+}
+
+std::pair<int, int> PVDayView::appointmentColumns() const {
+    const int width = pixelsOf(Width);
+    if (width <= kRulerPixels) return {kRulerPixels, kRulerPixels};
+    return {kRulerPixels, kRulerPixels + 3 * (width - kRulerPixels) / 4};
+}
+
+std::optional<std::pair<std::int64_t, std::int64_t>> PVDayView::spanOf(const Appointment& app) const {
+    if (!validDate(app.StartDateTime) || !validDate(app.EndDateTime)) return std::nullopt;
+    if (datePart(app.StartDateTime) != currentDate_) return std::nullopt;
+    const auto endDay = static_cast<std::int64_t>(datePart(app.EndDateTime).value - currentDate_.value);
+    const std::int64_t top = topMinute();
+    const std::int64_t start = minuteOfDay(app.StartDateTime) - top;
+    const std::int64_t end = endDay * kMinutesPerDay + minuteOfDay(app.EndDateTime) - top;
+    if (end <= start) return std::nullopt;
+    return std::make_pair(start, end);
+}
+
+std::optional<std::pair<int, int>> PVDayView::pointOfAppointment(std::int32_t key) const {
+    const AppointmentRef app = set_.Item(key);
+    if (!app) return std::nullopt;
+    const auto span = spanOf(*app);
+    const auto [left, right] = appointmentColumns();
+    if (!span || right <= left) return std::nullopt;
+    // Edges in pixels times slot minutes, so that no rounding decides what is visible.
+    const std::int64_t s = slotMinutes();
+    const std::int64_t top = std::max<std::int64_t>(span->first * kRowPixels, 0);
+    const std::int64_t bottom =
+        std::min<std::int64_t>(span->second * kRowPixels, std::int64_t{gridBottom()} * s);
+    if (top >= bottom) return std::nullopt;
+    const std::int64_t firstPixel = (top + s - 1) / s;
+    const std::int64_t lastPixel = (bottom + s - 1) / s - 1;
+    if (firstPixel > lastPixel) return std::nullopt; // thinner than a pixel: nothing to aim at
+    const std::int64_t y = std::clamp((top + bottom) / (2 * s), firstPixel, lastPixel);
+    return std::make_pair((left + right) / 2, static_cast<int>(y));
+}
+
+std::optional<std::pair<int, int>> PVDayView::pointOfTime(OleDate t) const {
+    const int minute = minuteOnGrid(t);
+    const int width = pixelsOf(Width);
+    const int stripLeft = appointmentColumns().second;
+    if (minute < 0 || stripLeft >= width) return std::nullopt;
+    const int row = minute / slotMinutes();
+    if ((row + 1) * kRowPixels > gridBottom()) return std::nullopt;
+    return std::make_pair((stripLeft + width) / 2, row * kRowPixels + kRowPixels / 2);
+}
+
+} // namespace quorvane

@@ -1,0 +1,70 @@
+#include <QuorvaneScheduler/components/widgets.h>
+#include <QuorvaneScheduler/errors.h>
+
+#include <algorithm>
+
+namespace quorvane {
+
+namespace {
+
+const std::string kNoText;
+
+// Handlers run from a copy: a handler that assigns a new handler to its own
+// widget would otherwise destroy the function object that is running.
+void run(const std::function<void()>& handler) {
+    if (!handler) return;
+    const std::function<void()> copy = handler;
+    copy();
+}
+
+} // namespace
+
+void PickList::clear() {
+    items_.clear();
+    index_ = -1;
+}
+
+void PickList::addItem(std::string item) { items_.push_back(std::move(item)); }
+
+const std::string& PickList::list(int index) const {
+    if (index < 0 || index >= listCount()) return kNoText;
+    return items_[static_cast<std::size_t>(index)];
+}
+
+const std::string& PickList::text() const { return list(index_); }
+
+void PickList::setText(const std::string& text) {
+    const auto it = std::find(items_.begin(), items_.end(), text);
+    if (it == items_.end()) throw InvalidPropertyValue("no item \"" + text.substr(0, 64) + "\" in " + name);
+    select(static_cast<int>(it - items_.begin()));
+}
+
+void PickList::setListIndex(int index) {
+    if (index < -1 || index >= listCount())
+        throw InvalidPropertyValue("list index " + std::to_string(index) + " out of range in " + name);
+    select(index);
+}
+
+// Runs the click handling even when the item was selected already: a caller that
+// assigns the current text relies on the handler running again.
+void PickList::select(int index) {
+    index_ = index;
+    run(onClick);
+}
+
+void ScrollBar::setMax(std::int16_t m) {
+    max = m;
+    if (value <= max) return;
+    value = max;
+    run(onChange);
+}
+
+void ScrollBar::setValue(std::int16_t v) {
+    if (v < min || v > max)
+        throw InvalidPropertyValue("scroll bar value " + std::to_string(v) + " out of range");
+    if (v == value) return;
+    value = v;
+    run(onChange);
+}
+
+} // namespace quorvane
