@@ -1,0 +1,228 @@
+// The control object: creation, the design state of its widgets, and the busy
+// phase with the three ways out of it.
+
+#include <QuorvaneScheduler/ctl_scheduler.h>
+
+#include <cstdint>
+
+namespace quorvane {
+
+namespace {
+
+void place(WidgetBase& w, float left, float top, float width, float height) {
+    w.left = left, w.top = top, w.width = width, w.height = height;
+}
+
+void name(WidgetBase& w, Container& c, std::string n, bool visible) {
+    w.name = std::move(n);
+    w.container = &c;
+    w.visible = visible;
+}
+
+std::string indexed(const char* base, int i) { return std::string(base) + "(" + std::to_string(i) + ")"; }
+
+} // namespace
+
+ctlScheduler::ctlScheduler(Platform& platform) : platform_(platform) {
+    designWidgets();
+    UserControl_Initialize();
+}
+
+ctlScheduler::~ctlScheduler() {
+    // The day views may outlive the control through a host's references; they
+    // must not call back into a control that is gone.
+    for (auto& view : w_.dvwResource) {
+        if (!view) continue;
+        view->GotFocus = nullptr, view->MouseButton = nullptr, view->Click = nullptr;
+        view->DblClick = nullptr, view->AfterAdd = nullptr, view->BeforeRemove = nullptr;
+        view->AfterResize = nullptr, view->BeforeDrag = nullptr, view->AfterDrag = nullptr;
+        view->AppointmentChangeRefused = nullptr, view->ViewChangeRefused = nullptr;
+        view->DateChange = nullptr, view->TopIndexChange = nullptr, view->TimeSlotSelect = nullptr;
+    }
+}
+
+// The widgets as the form designer left them, before creation runs.
+void ctlScheduler::designWidgets() {
+    Container& c = platform_.container;
+    for (int i = 0; i < kColumns; ++i) {
+        auto index = static_cast<std::int16_t>(i);
+        w_.dvwResource[i] = std::make_shared<PVDayView>(platform_, index);
+        PVDayView& view = *w_.dvwResource[i];
+        view.Visible = false;
+        view.Left = 15, view.Top = 3105, view.Width = 1440, view.Height = 7020;
+
+        name(w_.cmbResourceCatType[i], c, indexed("cmbResourceCatType", i), false);
+        place(w_.cmbResourceCatType[i], 15, 2385, 1440, 315);
+        name(w_.cmbDayIncrement[i], c, indexed("cmbDayIncrement", i), false);
+        place(w_.cmbDayIncrement[i], 15, 2745, 675, 315);
+        name(w_.cmbResource[i], c, indexed("cmbResource", i), false);
+        place(w_.cmbResource[i], 690, 2745, 765, 315);
+        name(w_.cmbResourceValue[i], c, indexed("cmbResourceValue", i), false);
+    }
+    name(w_.cmbNumOfSchedules, c, "cmbNumOfSchedules", true);
+    place(w_.cmbNumOfSchedules, 4950, 1920, 600, 315);
+    name(w_.cmbResourceGroup, c, "cmbResourceGroup", true);
+    place(w_.cmbResourceGroup, 6180, 1920, 1725, 315);
+    name(w_.sbSchedule, c, "sbSchedule", true);
+    place(w_.sbSchedule, 0, 10140, 14520, 285);
+
+    w_.calCalendar = std::make_unique<PVCalendar>(platform_);
+    name(*w_.calCalendar, c, "calCalendar", true);
+    place(*w_.calCalendar, 15, 30, 3330, 2295);
+
+    name(w_.txtResourceFocus, c, "txtResourceFocus", false);
+    w_.txtResourceFocus.text = "1";
+
+    struct Field {
+        TextField* field;
+        const char* n;
+        bool visible;
+    };
+    const Field fields[] = {
+        {&w_.txtAppAppointmentId, "txtAppAppointmentId", false},
+        {&w_.txtAppKey, "txtAppKey", false},
+        {&w_.txtAppPatEID, "txtAppPatEID", false},
+        {&w_.txtAppStatus, "txtAppStatus", false},
+        {&w_.txtAppDescription, "txtAppDescription", false},
+        {&w_.txtAppStartDateTime, "txtAppStartDateTime", false},
+        {&w_.txtAppEndDateTime, "txtAppEndDateTime", false},
+        {&w_.txtAppDuration, "txtAppDuration", false},
+        {&w_.txtAppRecurrenceId, "txtAppRecurrenceId", false},
+        {&w_.txtAppRefProviderEID, "txtAppRefProviderEID", false},
+        {&w_.txtAppComments, "txtAppComments", true},
+        {&w_.txtAppChiefComplaint, "txtAppChiefComplaint", true},
+        {&w_.txtAppRefProvider, "txtAppRefProvider", true},
+        {&w_.txtAppPriorAuthNum, "txtAppPriorAuthNum", true},
+        {&w_.txtPatEID, "txtPatEID", false},
+        {&w_.txtPatName, "txtPatName", true},
+        {&w_.txtPatHomePhone, "txtPatHomePhone", true},
+        {&w_.txtPatHomePhoneExt, "txtPatHomePhoneExt", true},
+        {&w_.txtPatWorkPhone, "txtPatWorkPhone", true},
+        {&w_.txtPatWorkPhoneExt, "txtPatWorkPhoneExt", true},
+        {&w_.txtPatOtherPhone, "txtPatOtherPhone", true},
+        {&w_.txtPatOtherPhoneExt, "txtPatOtherPhoneExt", true},
+        {&w_.txtPatPriIns, "txtPatPriIns", true},
+        {&w_.txtPatSecIns, "txtPatSecIns", true},
+        {&w_.txtPatChartNumber, "txtPatChartNumber", true},
+        {&w_.txtPatPCP, "txtPatPCP", true},
+        {&w_.txtPatBalance30, "txtPatBalance30", true},
+        {&w_.txtPatBalance60, "txtPatBalance60", true},
+        {&w_.txtPatBalance90, "txtPatBalance90", true},
+        {&w_.txtPatBalance180, "txtPatBalance180", true},
+        {&w_.txtPatSex, "txtPatSex", true},
+        {&w_.txtPatDOB, "txtPatDOB", true},
+        {&w_.txtPatPrimaryCoPay, "txtPatPrimaryCoPay", true},
+        {&w_.txtPatSecondaryCoPay, "txtPatSecondaryCoPay", true},
+    };
+    for (const Field& f : fields)
+        name(*f.field, c, f.n, f.visible);
+
+    struct Btn {
+        Button* button;
+        const char* n;
+        bool visible;
+    };
+    const Btn buttons[] = {
+        {&w_.cmdTasking, "cmdTasking", false},
+        {&w_.cmdQuickScan, "cmdQuickScan", false},
+        {&w_.cmdQuickScanI1, "cmdQuickScanI1", false},
+        {&w_.cmdQuickScanI2, "cmdQuickScanI2", false},
+        {&w_.cmdCalendar, "cmdCalendar", false},
+        {&w_.cmdPatientPhoto, "cmdPatientPhoto", false},
+        {&w_.cmdPatientSearch, "cmdPatientSearch", true},
+    };
+    for (const Btn& b : buttons)
+        name(*b.button, c, b.n, b.visible);
+
+    w_.mnuRightClickScheduler.name = "mnuRightClickScheduler";
+    w_.mnuRightClickSchedulerApp.name = "mnuRightClickSchedulerApp";
+}
+
+// Creation, and the public handler of the same name. Run again by a host, it
+// appends the items of cmbNumOfSchedules once more, while the column lists are
+// cleared and refilled.
+void ctlScheduler::UserControl_Initialize() {
+    ++platform_.commonControlsInitialised; // InitCommonControls
+    state_.blnAppMoving = false;
+    state_.blnSuppressColumnEvents = false;
+    state_.lngScheduleWidth = 14990;
+    state_.strImagingEnabled = "N";
+    for (int i = 0; i < kColumns; ++i) {
+        w_.cmbResourceValue[i].clear();
+        w_.cmbResource[i].clear();
+        w_.cmbDayIncrement[i].clear();
+        for (const char* minutes : {"5", "10", "15", "30", "60"})
+            w_.cmbDayIncrement[i].addItem(minutes);
+    }
+    for (const char* n : {"1", "2", "3", "4", "5"})
+        w_.cmbNumOfSchedules.addItem(n);
+    state_.blnPhotoShown = false;
+}
+
+bool ctlScheduler::UserControlEnabled() const { return platform_.container.enabled(); }
+
+void ctlScheduler::setUserControlEnabled(bool on) {
+    platform_.container.setEnabled(on);
+    platform_.container.propertyChanged("UserControlEnabled");
+}
+
+// Seven requests disable the whole control before they reach the host, so the
+// user can do nothing until the host has stored or fetched what it needs. Only
+// the host ends this: the control never enables itself again.
+void ctlScheduler::beginBusy() { platform_.container.setEnabled(false); }
+
+void ctlScheduler::FocusControl() {
+    platform_.container.setEnabled(true);
+    if (w_.cmdPatientSearch.enabled)
+        w_.cmdPatientSearch.setFocus();
+    else
+        w_.txtPatName.setFocus();
+    w_.txtAppChiefComplaint.setFocus();
+}
+
+void ctlScheduler::setImagingEnabled(const std::string& value) {
+    state_.strImagingEnabled = value;
+    const bool on = value == "Y";
+    w_.cmdQuickScan.visible = on;
+    w_.cmdQuickScanI1.visible = on;
+    w_.cmdQuickScanI2.visible = on;
+}
+
+void ctlScheduler::setClearCommentsEnabled(const std::string& value) {
+    state_.blnClearCommentsEnabled = value == "Y";
+}
+
+// Only the exact word shows the button, and nothing hides it again.
+void ctlScheduler::setTaskingEnabled(const std::string& value) {
+    state_.strTaskingEnabled = value;
+    if (value == "true") w_.cmdTasking.visible = true;
+    platform_.container.propertyChanged("TaskingEnabled");
+}
+
+std::string ctlScheduler::ResourceNumber() const { return w_.txtResourceFocus.text; }
+
+void ctlScheduler::SetAppointmentType(const std::string& strTypeInfo, const std::string& strResourceNumber) {
+    GetDayView(strResourceNumber)->Tag = strTypeInfo;
+}
+
+DayViewRef ctlScheduler::GetDayView(const std::string& strResourceNumber) const {
+    const int index = textToInteger(strResourceNumber) - 1;
+    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
+    return w_.dvwResource[static_cast<std::size_t>(index)];
+}
+
+std::int16_t ctlScheduler::FocusedColumnIndex() const {
+    const std::string& text = w_.txtResourceFocus.text;
+    if (text.empty()) return 0;
+    const std::int16_t number = textToInteger(text);
+    if (number == INT16_MIN) throw Overflow(); // the subtraction would leave the 16-bit range
+    return static_cast<std::int16_t>(number - 1);
+}
+
+std::string ctlScheduler::FocusedResourceValue() const {
+    const int index = FocusedColumnIndex();
+    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
+    return w_.cmbResourceValue[static_cast<std::size_t>(index)].text();
+}
+
+} // namespace quorvane

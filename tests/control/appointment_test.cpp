@@ -1,0 +1,188 @@
+#include "control_fixture.h"
+
+using namespace quorvane;
+using quorvane::test::ControlFixture;
+
+using AppointmentTest = ControlFixture;
+
+TEST_F(AppointmentTest, AddedAppointmentsCarryTagSuffixAndColour) {
+    setColours();
+    const struct {
+        const char* recurrence;
+        const char* status;
+        const char* text;
+        const char* tag;
+        std::int32_t colour;
+    } rows[] = {
+        {"", "Scheduled", "Visit", "1204~~5531", 4},
+        {"77", "Confirmed", "Visit (R)", "1204~77~5531", 2},
+        {"   ", "No-Show", "Visit", "1204~   ~5531", 6},
+        {"", "  Checked-In ", "Visit", "1204~~5531", 3},
+        {"", "checked-in", "Visit", "1204~~5531", PVDayView::kDefaultAppointmentColor},
+        {"", "Unknown", "Visit", "1204~~5531", PVDayView::kDefaultAppointmentColor},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.status);
+        control->AddAppointment("2", "Visit", at(9, 0), at(9, 30), "1204", row.status, row.recurrence,
+                                "5531");
+        const AppointmentRef app = set(1).items().back();
+        EXPECT_EQ(app->Text, row.text);
+        EXPECT_EQ(app->Tag, row.tag);
+        EXPECT_EQ(app->BackColor, row.colour);
+        EXPECT_EQ(app->StartDateTime, at(9, 0));
+        EXPECT_EQ(app->EndDateTime, at(9, 30));
+    }
+    EXPECT_EQ(set(1).Count(), 6);
+    EXPECT_EQ(set(0).Count(), 0);
+    EXPECT_TRUE(log.empty()) << "loading a column raises nothing";
+}
+
+TEST_F(AppointmentTest, StatusReadsBackInTestOrder) {
+    control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Checked-Out", "", "2");
+    const AppointmentRef app = set(0).FirstAppointment();
+    EXPECT_EQ(app->BackColor, 0) << "colours not set yet: every status paints 0";
+    EXPECT_EQ(control->GetStatus(app), "Cancelled");
+
+    setColours();
+    const struct {
+        const char* status;
+    } rows[] = {{"Cancelled"}, {"Confirmed"}, {"Checked-In"}, {"Scheduled"}, {"Checked-Out"}, {"No-Show"}};
+    for (const auto& row : rows) {
+        control->SetStatus(app, row.status);
+        EXPECT_EQ(control->GetStatus(app), row.status);
+    }
+
+    control->ccScheduled = control->ccConfirmed;
+    control->SetStatus(app, "Scheduled");
+    EXPECT_EQ(control->GetStatus(app), "Confirmed") << "the earlier of two equal colours wins";
+
+    app->BackColor = 123456;
+    EXPECT_EQ(control->GetStatus(app), "");
+    control->SetStatus(app, "scheduled");
+    EXPECT_EQ(app->BackColor, 123456) << "a name in the wrong case paints nothing";
+}
+
+TEST_F(AppointmentTest, StatusOfNoAppointmentIsAFailedCall) {
+    setColours();
+    EXPECT_THROW(control->GetStatus(nullptr), ObjectRequired);
+    EXPECT_THROW(control->SetStatus(nullptr, "Scheduled"), ObjectRequired);
+    EXPECT_NO_THROW(control->SetStatus(nullptr, "Nothing"));
+}
+
+TEST_F(AppointmentTest, SetAppIdNamesTheBookingByKey) {
+    setColours();
+    control->AddAppointment("3", "First", at(8, 0), at(8, 30), "1", "Scheduled", "9", "2");
+    const AppointmentRef booking = set(2).Add("Walk-in", at(10, 0), at(10, 30));
+    const std::int32_t colour = booking->BackColor;
+    EXPECT_EQ(booking->Tag, "");
+    EXPECT_EQ(control->GetStatus(booking), "");
+
+    control->SetAppId("3", "1204", booking->Key(), "5531");
+    EXPECT_EQ(booking->Tag, "1204~~5531");
+    EXPECT_EQ(booking->Text, "Walk-in");
+    EXPECT_EQ(booking->BackColor, colour) << "naming gives no colour";
+    EXPECT_EQ(set(2).FirstAppointment()->Tag, "1~9~2");
+    EXPECT_EQ(control->state().strCurrentAppId, "1204");
+
+    // A recurring appointment named again loses its recurrence id, not its suffix.
+    const AppointmentRef first = set(2).FirstAppointment();
+    control->SetAppId("3", "77", first->Key(), "2");
+    EXPECT_EQ(first->Tag, "77~~2");
+    EXPECT_EQ(first->Text, "First (R)");
+
+    control->SetAppId("3", "999", 4242, "1");
+    EXPECT_EQ(control->state().strCurrentAppId, "999") << "replaced even without a match";
+    EXPECT_EQ(booking->Tag, "1204~~5531");
+
+    EXPECT_THROW(control->SetAppId("0", "5", 1, "1"), SubscriptOutOfRange);
+    EXPECT_EQ(control->state().strCurrentAppId, "999")
+        << "a call with no column fails before the id is stored";
+}
+
+TEST_F(AppointmentTest, AppointmentOutlivesItsSet) {
+    setColours();
+    control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "2");
+    const AppointmentRef app = set(0).FirstAppointment();
+    const std::int32_t key = app->Key();
+    set(0).RemoveAll();
+    EXPECT_EQ(app->view(), nullptr);
+    control->SetStatus(app, "No-Show");
+    EXPECT_EQ(control->GetStatus(app), "No-Show");
+    control->SetAppId("1", "5", key, "6");
+    EXPECT_EQ(app->Tag, "1~~2") << "a removed appointment is no longer named through its set";
+    control->AddAppointment("1", "Next", at(9, 0), at(9, 30), "3", "Scheduled", "", "4");
+    EXPECT_NE(set(0).FirstAppointment()->Key(), key) << "keys are never given twice";
+}
+
+TEST_F(AppointmentTest, TagFieldsSplitOnEveryTilde) {
+    EXPECT_EQ(tagField("1204~77~5531", 0), "1204");
+    EXPECT_EQ(tagField("1204~~5531", 1), "");
+    EXPECT_EQ(tagField("12~04~77~5531", 2), "77") << "a tilde in an id shifts the later fields";
+    EXPECT_EQ(tagField("", 0), "");
+    EXPECT_THROW(tagField("1204", 1), SubscriptOutOfRange);
+    EXPECT_THROW(tagField("a~b", -1), SubscriptOutOfRange);
+    EXPECT_FALSE(isPresent("   "));
+    EXPECT_TRUE(isPresent(" x "));
+    EXPECT_EQ(trimBlanks("  a b  "), "a b");
+}
+
+// A host that calls back into the control from inside the raises, and a
+// component handler that empties the set under an appointment being handled.
+TEST_F(AppointmentTest, HostReentersFromInsideEvents) {
+    setColours();
+    onEvent = [this](std::string_view name, std::vector<Variant>& args) {
+        if (name == "UpdateAppStatus") {
+            control->AddAppointment("1", "Nested", at(11, 0), at(11, 30), "9", "Confirmed", "", "9");
+            set(0).RemoveAll();
+            args[1] = Variant("Checked-In");
+        }
+    };
+    Variant status("Scheduled");
+    control->eventSink()->UpdateAppStatus("501", status);
+    EXPECT_EQ(status, Variant("Checked-In")) << "a by-reference argument comes back";
+    EXPECT_EQ(set(0).Count(), 0);
+
+    control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "2");
+    const AppointmentRef held = set(0).FirstAppointment();
+    control->widgets().dvwResource[0]->BeforeRemove = [this](std::int16_t, AppointmentRef app) {
+        set(0).RemoveAll();
+        control->SetStatus(app, "Cancelled");
+        control->SetAppId("1", "3", app->Key(), "4");
+    };
+    set(0).Remove(held->Key());
+    EXPECT_EQ(set(0).Count(), 0);
+    EXPECT_EQ(control->GetStatus(held), "Cancelled");
+    EXPECT_EQ(held->view(), nullptr);
+}
+
+TEST(EventTable, ThirtySevenEventsInInterfaceOrder) {
+    const auto& table = eventTable();
+    ASSERT_EQ(table.size(), 37u);
+    EXPECT_EQ(table.front().name, "ValidatePatient");
+    EXPECT_EQ(table[16].name, "ResourceOnClick");
+    EXPECT_EQ(table[16].params[0].type, VariantType::Integer);
+    EXPECT_EQ(table.back().name, "OpenOfficeCommunication");
+    ASSERT_NE(findEvent("UpdateAppStatus"), nullptr);
+    EXPECT_TRUE(findEvent("UpdateAppStatus")->params[1].byRef);
+    EXPECT_EQ(findEvent("Nonesuch"), nullptr);
+
+    // The adapter forwards each event under its own name with its argument count.
+    std::vector<std::pair<std::string, std::size_t>> heard;
+    EventsByName sink(
+        [&](std::string_view n, std::vector<Variant>& args) { heard.emplace_back(n, args.size()); });
+    ctlSchedulerEvents& e = sink;
+    Variant status;
+    e.ValidatePatient("p");
+    e.UpdateAppStatus("r", status);
+    e.ResourceOnClick(3, "501", Variant(makeDate(2008, 1, 15)));
+    e.DisplayPhoto("a", "b", "c", "d");
+    e.PatientSearch();
+    const std::vector<std::pair<std::string, std::size_t>> expected{{"ValidatePatient", 1},
+                                                                    {"UpdateAppStatus", 2},
+                                                                    {"ResourceOnClick", 3},
+                                                                    {"DisplayPhoto", 4},
+                                                                    {"PatientSearch", 0}};
+    EXPECT_EQ(heard, expected);
+    for (const auto& [n, count] : heard)
+        EXPECT_EQ(findEvent(n)->params.size(), count) << n;
+}

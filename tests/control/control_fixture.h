@@ -1,0 +1,43 @@
+#pragma once
+#include <QuorvaneScheduler/ctl_scheduler.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace quorvane::test {
+
+// A control on a platform whose today is fixed, with every change report and
+// every event recorded in order.
+struct ControlFixture : ::testing::Test {
+    ControlFixture() {
+        platform.clock.setToday(makeDate(2008, 1, 15));
+        platform.container.onPropertyChanged = [this](std::string_view n) {
+            log.push_back("changed " + std::string(n));
+        };
+        control = std::make_unique<ctlScheduler>(platform);
+        control->setEventSink(&sink);
+    }
+
+    void setColours() {
+        control->ccCancelled = 1, control->ccConfirmed = 2, control->ccCheckedIn = 3;
+        control->ccScheduled = 4, control->ccCheckedOut = 5, control->ccNoShow = 6;
+    }
+    OleDate at(int h, int m) const { return makeDateTime(2008, 1, 15, h, m, 0); }
+    AppointmentSet& set(int index) { return control->widgets().dvwResource[index]->appointmentSet(); }
+
+    Platform platform;
+    std::vector<std::string> log;
+    std::function<void(std::string_view, std::vector<Variant>&)> onEvent;
+    EventsByName sink{[this](std::string_view n, std::vector<Variant>& args) {
+        std::string line = "event " + std::string(n) + "(";
+        for (std::size_t i = 0; i < args.size(); ++i)
+            line += (i ? ", " : "") + args[i].toString();
+        log.push_back(line + ")");
+        if (onEvent) onEvent(n, args);
+    }};
+    std::unique_ptr<ctlScheduler> control;
+};
+
+} // namespace quorvane::test
