@@ -98,3 +98,18 @@ TEST(OleDateArith, MinutesBetweenCountsMinuteBoundaries) {
     for (const auto& [a, b, minutes] : cases)
         EXPECT_EQ(minutesBetween(a, b), minutes) << generalDateText(a);
 }
+
+// Callers cut and test these texts by length: 8, 9 and 10 characters for a
+// date alone, 10 for a time with a one-digit hour, 11 with two.
+TEST(OleDateText, LengthsCallersRelyOn) {
+    const std::pair<OleDate, std::size_t> cases[] = {{makeDate(2008, 1, 5), 8},
+                                                     {makeDate(2008, 1, 15), 9},
+                                                     {makeDate(2008, 12, 15), 10},
+                                                     {makeTime(9, 30, 0), 10},
+                                                     {makeTime(10, 30, 0), 11},
+                                                     {OleDate(0), 11},
+                                                     {makeDateTime(2008, 1, 5, 9, 5, 0), 19},
+                                                     {makeDateTime(2008, 12, 15, 12, 0, 0), 22}};
+    for (const auto& [d, length] : cases)
+        EXPECT_EQ(generalDateText(d).size(), length) << generalDateText(d);
+}
