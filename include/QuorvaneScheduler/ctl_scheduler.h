@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace quorvane {
 
@@ -89,6 +91,8 @@ struct SchedulerWidgets {
     Button cmdPatientSearch;
 
     PopupMenu mnuRightClickScheduler, mnuRightClickSchedulerApp;
+    // Every menu item of both menus and their submenus, by name.
+    std::vector<MenuItem*> menuItems;
 };
 
 class ctlScheduler {
@@ -145,6 +149,10 @@ public:
     SchedulerWidgets& widgets() { return w_; }
     const SchedulerWidgets& widgets() const { return w_; }
     Platform& platform() const { return platform_; }
+    // Widgets by the name the container reports; nullptr for none.
+    TextField* findTextField(std::string_view name);
+    Button* findButton(std::string_view name);
+    MenuItem* findMenuItem(std::string_view name);
 
 private:
     void beginBusy();

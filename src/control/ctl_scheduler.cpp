@@ -23,6 +23,87 @@ std::string indexed(const char* base, int i) { return std::string(base) + "(" + 
 
 } // namespace
 
+namespace {
+
+struct NamedField {
+    TextField SchedulerWidgets::*field;
+    const char* name;
+    bool visible;
+};
+using W = SchedulerWidgets;
+const NamedField kTextFields[] = {
+    {&W::txtAppAppointmentId, "txtAppAppointmentId", false},
+    {&W::txtAppKey, "txtAppKey", false},
+    {&W::txtAppPatEID, "txtAppPatEID", false},
+    {&W::txtAppStatus, "txtAppStatus", false},
+    {&W::txtAppDescription, "txtAppDescription", false},
+    {&W::txtAppStartDateTime, "txtAppStartDateTime", false},
+    {&W::txtAppEndDateTime, "txtAppEndDateTime", false},
+    {&W::txtAppDuration, "txtAppDuration", false},
+    {&W::txtAppRecurrenceId, "txtAppRecurrenceId", false},
+    {&W::txtAppRefProviderEID, "txtAppRefProviderEID", false},
+    {&W::txtAppComments, "txtAppComments", true},
+    {&W::txtAppChiefComplaint, "txtAppChiefComplaint", true},
+    {&W::txtAppRefProvider, "txtAppRefProvider", true},
+    {&W::txtAppPriorAuthNum, "txtAppPriorAuthNum", true},
+    {&W::txtPatEID, "txtPatEID", false},
+    {&W::txtPatName, "txtPatName", true},
+    {&W::txtPatHomePhone, "txtPatHomePhone", true},
+    {&W::txtPatHomePhoneExt, "txtPatHomePhoneExt", true},
+    {&W::txtPatWorkPhone, "txtPatWorkPhone", true},
+    {&W::txtPatWorkPhoneExt, "txtPatWorkPhoneExt", true},
+    {&W::txtPatOtherPhone, "txtPatOtherPhone", true},
+    {&W::txtPatOtherPhoneExt, "txtPatOtherPhoneExt", true},
+    {&W::txtPatPriIns, "txtPatPriIns", true},
+    {&W::txtPatSecIns, "txtPatSecIns", true},
+    {&W::txtPatChartNumber, "txtPatChartNumber", true},
+    {&W::txtPatPCP, "txtPatPCP", true},
+    {&W::txtPatBalance30, "txtPatBalance30", true},
+    {&W::txtPatBalance60, "txtPatBalance60", true},
+    {&W::txtPatBalance90, "txtPatBalance90", true},
+    {&W::txtPatBalance180, "txtPatBalance180", true},
+    {&W::txtPatSex, "txtPatSex", true},
+    {&W::txtPatDOB, "txtPatDOB", true},
+    {&W::txtPatPrimaryCoPay, "txtPatPrimaryCoPay", true},
+    {&W::txtPatSecondaryCoPay, "txtPatSecondaryCoPay", true},
+    {&W::txtResourceFocus, "txtResourceFocus", false},
+};
+
+struct NamedButton {
+    Button SchedulerWidgets::*button;
+    const char* name;
+    bool visible;
+};
+const NamedButton kButtons[] = {
+    {&W::cmdTasking, "cmdTasking", false},
+    {&W::cmdQuickScan, "cmdQuickScan", false},
+    {&W::cmdQuickScanI1, "cmdQuickScanI1", false},
+    {&W::cmdQuickScanI2, "cmdQuickScanI2", false},
+    {&W::cmdCalendar, "cmdCalendar", false},
+    {&W::cmdPatientPhoto, "cmdPatientPhoto", false},
+    {&W::cmdPatientSearch, "cmdPatientSearch", true},
+};
+
+} // namespace
+
+TextField* ctlScheduler::findTextField(std::string_view n) {
+    for (const NamedField& f : kTextFields)
+        if (n == f.name) return &(w_.*f.field);
+    return nullptr;
+}
+
+Button* ctlScheduler::findButton(std::string_view n) {
+    for (const NamedButton& b : kButtons)
+        if (n == b.name) return &(w_.*b.button);
+    return nullptr;
+}
+
+MenuItem* ctlScheduler::findMenuItem(std::string_view n) {
+    for (MenuItem* item : w_.menuItems)
+        if (item->name == n) return item;
+    return nullptr;
+}
+
 ctlScheduler::ctlScheduler(Platform& platform) : platform_(platform) {
     designWidgets();
     UserControl_Initialize();
@@ -70,69 +151,12 @@ void ctlScheduler::designWidgets() {
     name(*w_.calCalendar, c, "calCalendar", true);
     place(*w_.calCalendar, 15, 30, 3330, 2295);
 
-    name(w_.txtResourceFocus, c, "txtResourceFocus", false);
     w_.txtResourceFocus.text = "1";
 
-    struct Field {
-        TextField* field;
-        const char* n;
-        bool visible;
-    };
-    const Field fields[] = {
-        {&w_.txtAppAppointmentId, "txtAppAppointmentId", false},
-        {&w_.txtAppKey, "txtAppKey", false},
-        {&w_.txtAppPatEID, "txtAppPatEID", false},
-        {&w_.txtAppStatus, "txtAppStatus", false},
-        {&w_.txtAppDescription, "txtAppDescription", false},
-        {&w_.txtAppStartDateTime, "txtAppStartDateTime", false},
-        {&w_.txtAppEndDateTime, "txtAppEndDateTime", false},
-        {&w_.txtAppDuration, "txtAppDuration", false},
-        {&w_.txtAppRecurrenceId, "txtAppRecurrenceId", false},
-        {&w_.txtAppRefProviderEID, "txtAppRefProviderEID", false},
-        {&w_.txtAppComments, "txtAppComments", true},
-        {&w_.txtAppChiefComplaint, "txtAppChiefComplaint", true},
-        {&w_.txtAppRefProvider, "txtAppRefProvider", true},
-        {&w_.txtAppPriorAuthNum, "txtAppPriorAuthNum", true},
-        {&w_.txtPatEID, "txtPatEID", false},
-        {&w_.txtPatName, "txtPatName", true},
-        {&w_.txtPatHomePhone, "txtPatHomePhone", true},
-        {&w_.txtPatHomePhoneExt, "txtPatHomePhoneExt", true},
-        {&w_.txtPatWorkPhone, "txtPatWorkPhone", true},
-        {&w_.txtPatWorkPhoneExt, "txtPatWorkPhoneExt", true},
-        {&w_.txtPatOtherPhone, "txtPatOtherPhone", true},
-        {&w_.txtPatOtherPhoneExt, "txtPatOtherPhoneExt", true},
-        {&w_.txtPatPriIns, "txtPatPriIns", true},
-        {&w_.txtPatSecIns, "txtPatSecIns", true},
-        {&w_.txtPatChartNumber, "txtPatChartNumber", true},
-        {&w_.txtPatPCP, "txtPatPCP", true},
-        {&w_.txtPatBalance30, "txtPatBalance30", true},
-        {&w_.txtPatBalance60, "txtPatBalance60", true},
-        {&w_.txtPatBalance90, "txtPatBalance90", true},
-        {&w_.txtPatBalance180, "txtPatBalance180", true},
-        {&w_.txtPatSex, "txtPatSex", true},
-        {&w_.txtPatDOB, "txtPatDOB", true},
-        {&w_.txtPatPrimaryCoPay, "txtPatPrimaryCoPay", true},
-        {&w_.txtPatSecondaryCoPay, "txtPatSecondaryCoPay", true},
-    };
-    for (const Field& f : fields)
-        name(*f.field, c, f.n, f.visible);
-
-    struct Btn {
-        Button* button;
-        const char* n;
-        bool visible;
-    };
-    const Btn buttons[] = {
-        {&w_.cmdTasking, "cmdTasking", false},
-        {&w_.cmdQuickScan, "cmdQuickScan", false},
-        {&w_.cmdQuickScanI1, "cmdQuickScanI1", false},
-        {&w_.cmdQuickScanI2, "cmdQuickScanI2", false},
-        {&w_.cmdCalendar, "cmdCalendar", false},
-        {&w_.cmdPatientPhoto, "cmdPatientPhoto", false},
-        {&w_.cmdPatientSearch, "cmdPatientSearch", true},
-    };
-    for (const Btn& b : buttons)
-        name(*b.button, c, b.n, b.visible);
+    for (const NamedField& f : kTextFields)
+        name(w_.*f.field, c, f.name, f.visible);
+    for (const NamedButton& b : kButtons)
+        name(w_.*b.button, c, b.name, b.visible);
 
     w_.mnuRightClickScheduler.name = "mnuRightClickScheduler";
     w_.mnuRightClickSchedulerApp.name = "mnuRightClickSchedulerApp";

@@ -1,0 +1,69 @@
+#pragma once
+// The members of the control reachable by name, as a scripting host or a test
+// container sees them: each with its kind, its parameters with their declared
+// types and passing, and its result. A family of ten members is ten names mapped
+// to one function with the column bound in.
+
+#include <QuorvaneScheduler/variant.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quorvane {
+
+class ctlScheduler;
+
+enum class MemberKind { PropertyGet, PropertyLet, Method };
+
+// Declared types of parameters and results. Variant takes any value as it is;
+// None is a method without result.
+enum class DeclaredType {
+    None,
+    String,
+    Integer,
+    Long,
+    Single,
+    Double,
+    Boolean,
+    Date,
+    Variant,
+    Object,
+    Appointment
+};
+
+struct MemberParam {
+    std::string name;
+    DeclaredType type = DeclaredType::Variant;
+    bool byRef = false;
+};
+
+struct MemberInfo {
+    std::string name;
+    MemberKind kind = MemberKind::Method;
+    // For a property: its index parameters (none, or the time slot of the
+    // TimeSlotSelected family); the value of a write comes last in `args`.
+    std::vector<MemberParam> params;
+    DeclaredType result = DeclaredType::None;
+    // Runs the member on arguments already converted to their declared types;
+    // by-reference arguments are left changed in `args`.
+    std::function<Variant(ctlScheduler&, std::span<Variant> args)> invoke;
+};
+
+// Every member, readers and writers of one property as separate rows.
+const std::vector<MemberInfo>& memberTable();
+const MemberInfo* findMember(std::string_view name, MemberKind kind);
+bool memberExists(std::string_view name);
+
+// Converts a value to a declared type as the platform converts a Variant:
+// TypeMismatch for a text that is no number, Overflow past the range.
+Variant convertTo(const Variant& value, DeclaredType type);
+
+// Calls a member by name: converts the arguments, runs it, and writes the
+// by-reference arguments back into `args`. The wrong number of arguments is an
+// InvalidProcedureCall... as no such call can be made.
+Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args);
+
+} // namespace quorvane

@@ -1,0 +1,245 @@
+// The members of the control by name. Each row converts nothing itself: the
+// arguments reach it in their declared types (see invokeMember).
+
+#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/members.h>
+
+#include <cstddef>
+
+namespace quorvane {
+
+namespace {
+
+using T = DeclaredType;
+using Args = std::span<Variant>;
+
+const std::string& str(const Variant& v) {
+    static const std::string empty;
+    const std::string* s = v.asString();
+    return s ? *s : empty;
+}
+
+AppointmentRef appointmentOf(const Variant& v) {
+    const ObjectRef o = v.toObject();
+    if (!o) return nullptr;
+    auto app = std::dynamic_pointer_cast<Appointment>(o);
+    if (!app) throw TypeMismatch();
+    return app;
+}
+
+MemberInfo getter(std::string name, T type, std::function<Variant(ctlScheduler&)> read) {
+    return {
+        std::move(name), MemberKind::PropertyGet, {}, type, [read = std::move(read)](ctlScheduler& c, Args) {
+            return read(c);
+        }};
+}
+
+MemberInfo setter(std::string name, T type, std::function<void(ctlScheduler&, const Variant&)> write) {
+    return {std::move(name),
+            MemberKind::PropertyLet,
+            {{"value", type, false}},
+            T::None,
+            [write = std::move(write)](ctlScheduler& c, Args a) {
+                write(c, a[0]);
+                return Variant();
+            }};
+}
+
+MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
+                  std::function<Variant(ctlScheduler&, Args)> run) {
+    return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};
+}
+
+// A public variable: read and write, no report.
+template <class Field>
+void variable(std::vector<MemberInfo>& t, const char* name, T type, Field ctlScheduler::*field) {
+    t.push_back(getter(name, type, [field](ctlScheduler& c) { return Variant(c.*field); }));
+    t.push_back(setter(name, type, [field, type](ctlScheduler& c, const Variant& v) {
+        c.*field = static_cast<Field>(type == T::Integer ? v.toInteger() : v.toLong());
+    }));
+}
+
+// A property that reads and writes one text field and reports under its own name.
+void textField(std::vector<MemberInfo>& t, const char* name, TextField SchedulerWidgets::*field,
+               bool setsToolTip = false) {
+    t.push_back(
+        getter(name, T::String, [field](ctlScheduler& c) { return Variant((c.widgets().*field).text); }));
+    t.push_back(setter(name, T::String, [field, name, setsToolTip](ctlScheduler& c, const Variant& v) {
+        TextField& f = c.widgets().*field;
+        f.text = str(v);
+        if (setsToolTip) f.toolTipText = f.text;
+        c.platform().container.propertyChanged(name);
+    }));
+}
+
+std::vector<MemberInfo> buildTable() {
+    std::vector<MemberInfo> t;
+    using W = SchedulerWidgets;
+
+    variable(t, "ccCancelled", T::Long, &ctlScheduler::ccCancelled);
+    variable(t, "ccConfirmed", T::Long, &ctlScheduler::ccConfirmed);
+    variable(t, "ccCheckedIn", T::Long, &ctlScheduler::ccCheckedIn);
+    variable(t, "ccCheckedOut", T::Long, &ctlScheduler::ccCheckedOut);
+    variable(t, "ccNoShow", T::Long, &ctlScheduler::ccNoShow);
+    variable(t, "ccScheduled", T::Long, &ctlScheduler::ccScheduled);
+    variable(t, "intResourceCount", T::Integer, &ctlScheduler::intResourceCount);
+
+    t.push_back(setter("ImagingEnabled", T::String,
+                       [](ctlScheduler& c, const Variant& v) { c.setImagingEnabled(str(v)); }));
+    t.push_back(setter("ClearCommentsEnabled", T::String,
+                       [](ctlScheduler& c, const Variant& v) { c.setClearCommentsEnabled(str(v)); }));
+    t.push_back(
+        getter("ResourceNumber", T::String, [](ctlScheduler& c) { return Variant(c.ResourceNumber()); }));
+    t.push_back(getter("AppointmentTypeID", T::String,
+                       [](ctlScheduler& c) { return Variant(c.AppointmentTypeID()); }));
+    t.push_back(
+        getter("TaskingEnabled", T::String, [](ctlScheduler& c) { return Variant(c.TaskingEnabled()); }));
+    t.push_back(setter("TaskingEnabled", T::String,
+                       [](ctlScheduler& c, const Variant& v) { c.setTaskingEnabled(str(v)); }));
+
+    textField(t, "PatEID", &W::txtPatEID);
+    textField(t, "AppPatEID", &W::txtAppPatEID);
+    textField(t, "AppStatus", &W::txtAppStatus);
+    textField(t, "AppComments", &W::txtAppComments);
+    textField(t, "AppChiefComplaint", &W::txtAppChiefComplaint);
+    textField(t, "AppRefProvider", &W::txtAppRefProvider);
+    textField(t, "AppPriorAuthNum", &W::txtAppPriorAuthNum);
+    textField(t, "AppRefProviderEID", &W::txtAppRefProviderEID);
+    textField(t, "PatName", &W::txtPatName, true);
+    textField(t, "PatHomePhone", &W::txtPatHomePhone);
+    textField(t, "PatHomePhoneExt", &W::txtPatHomePhoneExt);
+    textField(t, "PatWorkPhone", &W::txtPatWorkPhone);
+    textField(t, "PatWorkPhoneExt", &W::txtPatWorkPhoneExt);
+    textField(t, "PatOtherPhone", &W::txtPatOtherPhone);
+    textField(t, "PatOtherPhoneExt", &W::txtPatOtherPhoneExt);
+    textField(t, "PatPriIns", &W::txtPatPriIns);
+    textField(t, "PatSecIns", &W::txtPatSecIns);
+    textField(t, "PatChartNumber", &W::txtPatChartNumber);
+    textField(t, "PatPCP", &W::txtPatPCP);
+    textField(t, "PatBalance30", &W::txtPatBalance30);
+    textField(t, "PatBalance60", &W::txtPatBalance60);
+    textField(t, "PatBalance90", &W::txtPatBalance90);
+    textField(t, "PatBalance180", &W::txtPatBalance180);
+    textField(t, "PatSex", &W::txtPatSex);
+    textField(t, "PatDOB", &W::txtPatDOB);
+    textField(t, "PatPrimaryCoPay", &W::txtPatPrimaryCoPay);
+    textField(t, "PatSecondaryCoPay", &W::txtPatSecondaryCoPay);
+    textField(t, "AppStartDateTime", &W::txtAppStartDateTime);
+    textField(t, "AppEndDateTime", &W::txtAppEndDateTime);
+    textField(t, "AppDescription", &W::txtAppDescription);
+    textField(t, "AppAppointmentId", &W::txtAppAppointmentId);
+    textField(t, "AppRecurrenceId", &W::txtAppRecurrenceId);
+    textField(t, "AppKey", &W::txtAppKey);
+
+    t.push_back(getter("UserControlEnabled", T::Boolean,
+                       [](ctlScheduler& c) { return Variant(c.UserControlEnabled()); }));
+    t.push_back(setter("UserControlEnabled", T::Boolean,
+                       [](ctlScheduler& c, const Variant& v) { c.setUserControlEnabled(v.toBoolean()); }));
+
+    t.push_back(method("AddAppointment",
+                       {{"strResourceNumber", T::String, true},
+                        {"strDescription", T::String, true},
+                        {"dtStartDateTime", T::Date, true},
+                        {"dtEndDateTime", T::Date, true},
+                        {"strAppID", T::String, true},
+                        {"strStatus", T::String, true},
+                        {"strAppRecurrenceId", T::String, true},
+                        {"strPatientEID", T::String, true}},
+                       T::Variant, [](ctlScheduler& c, Args a) {
+                           c.AddAppointment(str(a[0]), str(a[1]), a[2].toDate(), a[3].toDate(), str(a[4]),
+                                            str(a[5]), str(a[6]), str(a[7]));
+                           return Variant();
+                       }));
+    t.push_back(method("SetStatus", {{"app", T::Appointment, true}, {"strStatus", T::String, true}},
+                       T::Variant, [](ctlScheduler& c, Args a) {
+                           c.SetStatus(appointmentOf(a[0]), str(a[1]));
+                           return Variant();
+                       }));
+    t.push_back(method("GetStatus", {{"app", T::Appointment, true}}, T::String,
+                       [](ctlScheduler& c, Args a) { return Variant(c.GetStatus(appointmentOf(a[0]))); }));
+    t.push_back(method("SetAppId",
+                       {{"strResourceNumber", T::String, true},
+                        {"strAppID", T::String, true},
+                        {"lngAppKey", T::Long, true},
+                        {"strPatEID", T::String, true}},
+                       T::Variant, [](ctlScheduler& c, Args a) {
+                           c.SetAppId(str(a[0]), str(a[1]), a[2].toLong(), str(a[3]));
+                           return Variant();
+                       }));
+    t.push_back(method("GetDayView", {{"strResourceNumber", T::String, true}}, T::Object,
+                       [](ctlScheduler& c, Args a) { return Variant(ObjectRef(c.GetDayView(str(a[0])))); }));
+    t.push_back(method("UserControl_Initialize", {}, T::None, [](ctlScheduler& c, Args) {
+        c.UserControl_Initialize();
+        return Variant();
+    }));
+    t.push_back(method("SetAppointmentType", {{"strTypeInfo", T::String}, {"strResourceNumber", T::String}},
+                       T::None, [](ctlScheduler& c, Args a) {
+                           c.SetAppointmentType(str(a[0]), str(a[1]));
+                           return Variant();
+                       }));
+    t.push_back(method("FocusControl", {}, T::None, [](ctlScheduler& c, Args) {
+        c.FocusControl();
+        return Variant();
+    }));
+    return t;
+}
+
+} // namespace
+
+const std::vector<MemberInfo>& memberTable() {
+    static const std::vector<MemberInfo> table = buildTable();
+    return table;
+}
+
+const MemberInfo* findMember(std::string_view name, MemberKind kind) {
+    for (const MemberInfo& m : memberTable())
+        if (m.kind == kind && m.name == name) return &m;
+    return nullptr;
+}
+
+bool memberExists(std::string_view name) {
+    for (const MemberInfo& m : memberTable())
+        if (m.name == name) return true;
+    return false;
+}
+
+Variant convertTo(const Variant& value, DeclaredType type) {
+    switch (type) {
+    case T::None:
+    case T::Variant:
+        return value;
+    case T::String:
+        return Variant(value.toString());
+    case T::Integer:
+        return Variant(value.toInteger());
+    case T::Long:
+        return Variant(value.toLong());
+    case T::Single:
+        return Variant(value.toSingle());
+    case T::Double:
+        return Variant(value.toDouble());
+    case T::Boolean:
+        return Variant(value.toBoolean());
+    case T::Date:
+        return Variant(value.toDate());
+    case T::Object:
+        return Variant(value.toObject());
+    case T::Appointment:
+        return Variant(ObjectRef(appointmentOf(value)));
+    }
+    return value;
+}
+
+Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args) {
+    if (args.size() != member.params.size()) throw InvalidProcedureCall();
+    std::vector<Variant> converted;
+    converted.reserve(args.size());
+    for (std::size_t i = 0; i < args.size(); ++i)
+        converted.push_back(convertTo(args[i], member.params[i].type));
+    Variant result = member.invoke(control, converted);
+    for (std::size_t i = 0; i < args.size(); ++i)
+        if (member.params[i].byRef) args[i] = converted[i];
+    return result;
+}
+
+} // namespace quorvane
