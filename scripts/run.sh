@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# The main job: builds the library and runs the example host, which brings the
-# control up the way a practice's application would and prints what it shows.
+# The main job: builds the library and its host console, then runs the example
+# script of a practice's morning through the console and shows its transcript.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/deps.sh"
 dir="$root/build"
 cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=Release -DQUORVANE_BUILD_TESTS=OFF >/dev/null
-cmake --build "$dir" -j "$(nproc)" --target example-host
-"$dir/example-host"
+cmake --build "$dir" -j "$(nproc)" --target scheduler-host
+"$dir/scheduler-host" --today 11/23/2026 "$root/examples/morning.host"

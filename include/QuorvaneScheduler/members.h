@@ -61,9 +61,9 @@ bool memberExists(std::string_view name);
 // TypeMismatch for a text that is no number, Overflow past the range.
 Variant convertTo(const Variant& value, DeclaredType type);
 
-// Calls a member by name: converts the arguments, runs it, and writes the
-// by-reference arguments back into `args`. The wrong number of arguments is an
-// InvalidProcedureCall... as no such call can be made.
+// Calls a member by name: converts the arguments, runs it, and writes back into
+// `args` each by-reference argument the member changed. The wrong number of
+// arguments is an InvalidProcedureCall.
 Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args);
 
 } // namespace quorvane

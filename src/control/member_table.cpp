@@ -236,9 +236,11 @@ Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vecto
     converted.reserve(args.size());
     for (std::size_t i = 0; i < args.size(); ++i)
         converted.push_back(convertTo(args[i], member.params[i].type));
+    const std::vector<Variant> passed = converted;
     Variant result = member.invoke(control, converted);
+    // A caller's variable keeps its own type unless the member wrote to it.
     for (std::size_t i = 0; i < args.size(); ++i)
-        if (member.params[i].byRef) args[i] = converted[i];
+        if (member.params[i].byRef && !(converted[i] == passed[i])) args[i] = converted[i];
     return result;
 }
 

@@ -263,9 +263,10 @@ Gesture parseGesture(Lexer& lx) {
         if (lx.isWord("at") || lx.isWord("on")) {
             g.aim = lx.next().text;
             g.values.push_back(parseValue(lx));
-        } else if (a != "click") {
+        } else if (a != "click" || g.widget.name == "dvwResource") {
             throw ScriptError("expected 'at' or 'on'" + lx.near());
         }
+        if (a == "dblclick" && g.aim != "on") throw ScriptError("a double click aims 'on' an appointment");
     } else if (a == "slot" || a == "delete" || a == "date") {
         g.widget = parseSegment(lx, "a day view");
         g.values.push_back(parseValue(lx));
