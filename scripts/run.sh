@@ -4,7 +4,7 @@
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/deps.sh"
-dir="$root/build"
+dir="$root/build-run"
 cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=Release -DQUORVANE_BUILD_TESTS=OFF >/dev/null
 cmake --build "$dir" -j "$(nproc)" --target scheduler-host
 "$dir/scheduler-host" --today 11/23/2026 "$root/examples/morning.host"

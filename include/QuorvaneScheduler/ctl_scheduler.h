@@ -140,6 +140,17 @@ public:
     void SetStatus(const AppointmentRef& app, const std::string& strStatus);
     std::string GetStatus(const AppointmentRef& app) const;
 
+    // Column array and layout.
+    void ResizeControl(std::int16_t intHeight, std::int16_t intWidth);
+    Variant ModifySchedules(std::string& intNumOfSchedules);
+    void setNumOfSchedules(const std::string& value);
+    void cmbNumOfSchedules_Click();
+    void sbSchedule_Change();
+
+    // Resource catalogue strings.
+
+    // Time slots and templates.
+
     // Helpers the rest of the control shares.
     std::int16_t FocusedColumnIndex() const;
     std::string FocusedResourceValue() const;
@@ -157,6 +168,8 @@ public:
 private:
     void beginBusy();
     void designWidgets();
+    // Hooks the control's handlers to the events of its widgets.
+    void wireHandlers();
 
     Platform& platform_;
     ctlSchedulerEvents* events_ = nullptr;

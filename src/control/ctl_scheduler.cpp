@@ -106,6 +106,7 @@ MenuItem* ctlScheduler::findMenuItem(std::string_view n) {
 
 ctlScheduler::ctlScheduler(Platform& platform) : platform_(platform) {
     designWidgets();
+    wireHandlers();
     UserControl_Initialize();
 }
 
@@ -160,6 +161,11 @@ void ctlScheduler::designWidgets() {
 
     w_.mnuRightClickScheduler.name = "mnuRightClickScheduler";
     w_.mnuRightClickSchedulerApp.name = "mnuRightClickSchedulerApp";
+}
+
+void ctlScheduler::wireHandlers() {
+    w_.cmbNumOfSchedules.onClick = [this] { cmbNumOfSchedules_Click(); };
+    w_.sbSchedule.onChange = [this] { sbSchedule_Change(); };
 }
 
 // Creation, and the public handler of the same name. Run again by a host, it

@@ -4,51 +4,15 @@
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #include <QuorvaneScheduler/members.h>
 
+#include "member_builders.h"
+
 #include <cstddef>
 
 namespace quorvane {
 
 namespace {
 
-using T = DeclaredType;
-using Args = std::span<Variant>;
-
-const std::string& str(const Variant& v) {
-    static const std::string empty;
-    const std::string* s = v.asString();
-    return s ? *s : empty;
-}
-
-AppointmentRef appointmentOf(const Variant& v) {
-    const ObjectRef o = v.toObject();
-    if (!o) return nullptr;
-    auto app = std::dynamic_pointer_cast<Appointment>(o);
-    if (!app) throw TypeMismatch();
-    return app;
-}
-
-MemberInfo getter(std::string name, T type, std::function<Variant(ctlScheduler&)> read) {
-    return {
-        std::move(name), MemberKind::PropertyGet, {}, type, [read = std::move(read)](ctlScheduler& c, Args) {
-            return read(c);
-        }};
-}
-
-MemberInfo setter(std::string name, T type, std::function<void(ctlScheduler&, const Variant&)> write) {
-    return {std::move(name),
-            MemberKind::PropertyLet,
-            {{"value", type, false}},
-            T::None,
-            [write = std::move(write)](ctlScheduler& c, Args a) {
-                write(c, a[0]);
-                return Variant();
-            }};
-}
-
-MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
-                  std::function<Variant(ctlScheduler&, Args)> run) {
-    return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};
-}
+using namespace members;
 
 // A public variable: read and write, no report.
 template <class Field>
@@ -181,6 +145,9 @@ std::vector<MemberInfo> buildTable() {
         c.FocusControl();
         return Variant();
     }));
+    addColumnMembers(t);
+    addCatalogueMembers(t);
+    addSlotMembers(t);
     return t;
 }
 

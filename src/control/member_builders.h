@@ -1,0 +1,62 @@
+#pragma once
+// Helpers for writing rows of the member table. Each subsystem adds its own rows
+// from its own folder through one of the add...Members functions below.
+
+#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/members.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quorvane {
+
+void addColumnMembers(std::vector<MemberInfo>& table);    // src/columns
+void addCatalogueMembers(std::vector<MemberInfo>& table); // src/catalogue
+void addSlotMembers(std::vector<MemberInfo>& table);      // src/slots
+
+namespace members {
+
+using T = DeclaredType;
+using Args = std::span<Variant>;
+
+inline const std::string& str(const Variant& v) {
+    static const std::string empty;
+    const std::string* s = v.asString();
+    return s ? *s : empty;
+}
+
+inline AppointmentRef appointmentOf(const Variant& v) {
+    const ObjectRef o = v.toObject();
+    if (!o) return nullptr;
+    auto app = std::dynamic_pointer_cast<Appointment>(o);
+    if (!app) throw TypeMismatch();
+    return app;
+}
+
+inline MemberInfo getter(std::string name, T type, std::function<Variant(ctlScheduler&)> read) {
+    return {
+        std::move(name), MemberKind::PropertyGet, {}, type, [read = std::move(read)](ctlScheduler& c, Args) {
+            return read(c);
+        }};
+}
+
+inline MemberInfo setter(std::string name, T type, std::function<void(ctlScheduler&, const Variant&)> write) {
+    return {std::move(name),
+            MemberKind::PropertyLet,
+            {{"value", type, false}},
+            T::None,
+            [write = std::move(write)](ctlScheduler& c, Args a) {
+                write(c, a[0]);
+                return Variant();
+            }};
+}
+
+inline MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
+                  std::function<Variant(ctlScheduler&, Args)> run) {
+    return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};
+}
+
+} // namespace members
+} // namespace quorvane
