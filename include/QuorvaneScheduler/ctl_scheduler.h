@@ -147,9 +147,63 @@ public:
     void cmbNumOfSchedules_Click();
     void sbSchedule_Change();
 
+    // Column dates and day increments.
+    void calCalendar_Change(OleDate newDate);
+    void dvwResource_DateChange(std::int16_t Index, OleDate dtOldDate);
+    Variant ResetCalendar(const OleDate& dtOldDate);
+    void ResetColumn(std::int16_t Index);
+    void mnoShowToday_Click();
+    Variant CheckLoadAllToday(const std::string& strCurrentResource);
+    void cmbDayIncrement_Click(std::int16_t Index);
+    Variant DisplayTopIndex(const OleDate& dtStartDateTime, const std::string& strResourceNumber);
+    void dvwResource_TopIndexChange(std::int16_t Index, OleDate dtTopTime);
+
+    // Groups, views and category lists.
+    void cmbResourceGroup_Click();
+    void cmbResourceCatType_Click(std::int16_t Index);
+
+    // Column resource binding and refresh.
+    Variant SetResourceAndDate(const std::string& strResourceId, std::int16_t intResourceNumber,
+                               const std::string& strDate);
+    void RefreshSchedule(std::int16_t intResourceNumber);
+    void cmbResource_Click(std::int16_t Index);
+
     // Resource catalogue strings.
+    // Write-only: each reports under its own name, then rebuilds its table. The
+    // tables cannot be read back. Assign the views and the defaults before the
+    // groups, which select the default group at once; the resources after them.
+    void setResources(const std::string& value);
+    void setResourceGroups(const std::string& value);
+    void setResourceGroupDefaults(const std::string& value);
+    void setResourceGroupViews(const std::string& value);
 
     // Time slots and templates.
+    // The earliest selected slot within business hours, dated 1/1/2000, or the
+    // start of business hours; blnSlotFound tells which.
+    OleDate getSelectedTimeSlot(PVDayView& dvwResource);
+    void RemoveTimeSlotSelected(PVDayView& dvwResource);
+    void ClearTimeSlots(const Variant& strResourceSelected);
+    std::int16_t IntervalInMinutes(PVDayView& dvwResource);
+    void RefreshTimeslots(const std::string& strResourceNumber);
+    // Resource1TimeSlotSelected to Resource10TimeSlotSelected, by column index 0 to 9.
+    bool ResourceTimeSlotSelected(int index, OleDate TimeSlot) const;
+    void setResourceTimeSlotSelected(int index, OleDate TimeSlot, bool value);
+    void dvwResource_TimeSlotSelect(std::int16_t Index, OleDate TimeSlot);
+    void AddResourceTemplate(OleDate dtStartDateTime, OleDate dtEndDateTime,
+                             const std::string& strDescription, const std::string& strColor,
+                             const std::string& strResourceNumber, const std::string& strAddNow);
+    // Takes the leading "#" off the caller's colour and moves the caller's end one minute back.
+    void AddExistingTemplate(const OleDate& dtStartDateTime, OleDate& dtEndDateTime,
+                             const std::string& strDescription, std::string& strColor,
+                             const std::string& strResourceNumber);
+    // Takes the leading "#" off the caller's string.
+    std::int32_t vbRGBVal(std::string& WebRGBString);
+    // The column's grid back to the bare colour, its stored templates untouched;
+    // the column code runs it when a group is chosen.
+    void wipeTemplates(int index);
+    // Wipes the column and paints its stored templates again in the order they
+    // came; the column code runs it when the slot length changes.
+    void replayTemplates(int index);
 
     // Helpers the rest of the control shares.
     std::int16_t FocusedColumnIndex() const;
@@ -170,6 +224,33 @@ private:
     void designWidgets();
     // Hooks the control's handlers to the events of its widgets.
     void wireHandlers();
+    // The catalogue strings into their tables, and the category lists of the
+    // current group.
+    void LoadResources(std::string_view strResources);
+    void LoadResourceGroups(std::string_view strResourceGroups);
+    void LoadResourceGroupDefaults(std::string_view strResourceGroupDefaults);
+    void LoadResourceGroupViews(std::string_view strResourceGroupViews);
+    void FillCategoryLists();
+    // The host's side of the events; a control without one raises into nothing.
+    ctlSchedulerEvents& host();
+
+    void SetColumnTopTime(const OleDate& dtStartDateTime, const std::string& strResourceNumber,
+                          bool blnForce);
+    void ApplyGroupColumnsShown();
+    void ApplyGroupView();
+    void SetColumnVisible(std::int16_t intColumn, bool blnVisible);
+    void SetColumnDefault(const std::string& strGroupId, const std::string& strResourceValue,
+                          const std::string& strColumnNumber);
+    void FillResourcesByCatType(const std::string& strText, std::int16_t intColumnNumber);
+    void FillResourcesBySubType(const std::string& strText, std::int16_t intColumnNumber);
+    void FillResources(int field, const std::string& strText, std::int16_t intColumnNumber);
+    void LoadColumn(std::int16_t Index);
+    void raiseResourceOnClick(std::int16_t Index);
+    // The column of a one-based number given as text; SubscriptOutOfRange outside 1 to 10.
+    std::size_t columnOfNumber(const std::string& number) const;
+    // Puts the slot length that the list shows on the day view; leaves it alone
+    // when the list shows none of the five lengths.
+    void SetDayViewIncrement(PickList& cmbDayIncrement, PVDayView& dvwResource);
 
     Platform& platform_;
     ctlSchedulerEvents* events_ = nullptr;
@@ -185,5 +266,10 @@ std::string tagField(const std::string& tag, int index);
 bool isPresent(const std::string& text);
 // Blanks trimmed from both ends.
 std::string trimBlanks(const std::string& text);
+// The time of day of a date as its general text gives it: the last 11
+// characters, a one-digit hour bringing a leading blank along, or "12:00:00 AM"
+// for a text of 8 characters or fewer. A date-only text of 9 or 10 characters is
+// taken whole, and parses back to the same time of day, midnight.
+std::string timeTextOf(OleDate d);
 
 } // namespace quorvane

@@ -15,6 +15,12 @@ public:
     bool isSet() const { return set_; }
     int rows() const { return rows_; }
     int fields() const { return fields_; }
+    // The number of rows for a walk from the first row to the last. A table never
+    // set cannot be walked: SubscriptOutOfRange, where rows() would quietly say 0.
+    int walkRows() const {
+        if (!set_) throw SubscriptOutOfRange("walk of a table that was never set");
+        return rows_;
+    }
 
     // Makes a table of empty cells; rows 0..rows-1, fields 0..fields-1.
     void reset(int rows, int fields) {
@@ -23,6 +29,9 @@ public:
     }
     const std::string& at(int row, int field) const { return cells_[offset(row, field)]; }
     std::string& at(int row, int field) { return cells_[offset(row, field)]; }
+    // Fields 0 to fields() - 1 of one row, side by side, for a caller that fills
+    // a whole row at once: the row is checked here, the fields are the caller's.
+    std::string* rowCells(int row) { return &cells_[offset(row, 0)]; }
 
 private:
     std::size_t offset(int row, int field) const {

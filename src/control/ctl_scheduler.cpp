@@ -166,6 +166,23 @@ void ctlScheduler::designWidgets() {
 void ctlScheduler::wireHandlers() {
     w_.cmbNumOfSchedules.onClick = [this] { cmbNumOfSchedules_Click(); };
     w_.sbSchedule.onChange = [this] { sbSchedule_Change(); };
+    w_.cmbResourceGroup.onClick = [this] { cmbResourceGroup_Click(); };
+    w_.calCalendar->Change = [this](OleDate d) { calCalendar_Change(d); };
+    for (int i = 0; i < kColumns; ++i) {
+        const auto index = static_cast<std::int16_t>(i);
+        w_.cmbDayIncrement[i].onClick = [this, index] { cmbDayIncrement_Click(index); };
+        w_.cmbResourceCatType[i].onClick = [this, index] { cmbResourceCatType_Click(index); };
+        w_.cmbResource[i].onClick = [this, index] { cmbResource_Click(index); };
+        PVDayView& view = *w_.dvwResource[i];
+        view.DateChange = [this](std::int16_t Index, OleDate old) { dvwResource_DateChange(Index, old); };
+        view.TopIndexChange = [this](std::int16_t Index, OleDate top) {
+            dvwResource_TopIndexChange(Index, top);
+        };
+    }
+    for (const DayViewRef& view : w_.dvwResource)
+        view->TimeSlotSelect = [this](std::int16_t Index, OleDate TimeSlot) {
+            dvwResource_TimeSlotSelect(Index, TimeSlot);
+        };
 }
 
 // Creation, and the public handler of the same name. Run again by a host, it
@@ -199,6 +216,11 @@ void ctlScheduler::setUserControlEnabled(bool on) {
 // Seven requests disable the whole control before they reach the host, so the
 // user can do nothing until the host has stored or fetched what it needs. Only
 // the host ends this: the control never enables itself again.
+ctlSchedulerEvents& ctlScheduler::host() {
+    static ctlSchedulerEvents nobody;
+    return events_ ? *events_ : nobody;
+}
+
 void ctlScheduler::beginBusy() { platform_.container.setEnabled(false); }
 
 void ctlScheduler::FocusControl() {

@@ -18,6 +18,20 @@ void addSlotMembers(std::vector<MemberInfo>& table);      // src/slots
 
 namespace members {
 
+// Hands what a member left in its by-reference copies back to the caller's
+// arguments, when the member returns and when it fails part way: a reference
+// would have kept the change either way.
+class WriteBack {
+public:
+    explicit WriteBack(std::function<void()> back) : back_(std::move(back)) {}
+    ~WriteBack() { back_(); }
+    WriteBack(const WriteBack&) = delete;
+    WriteBack& operator=(const WriteBack&) = delete;
+
+private:
+    std::function<void()> back_;
+};
+
 using T = DeclaredType;
 using Args = std::span<Variant>;
 
@@ -54,7 +68,7 @@ inline MemberInfo setter(std::string name, T type, std::function<void(ctlSchedul
 }
 
 inline MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
-                  std::function<Variant(ctlScheduler&, Args)> run) {
+                         std::function<Variant(ctlScheduler&, Args)> run) {
     return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};
 }
 

@@ -204,10 +204,21 @@ Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vecto
     for (std::size_t i = 0; i < args.size(); ++i)
         converted.push_back(convertTo(args[i], member.params[i].type));
     const std::vector<Variant> passed = converted;
-    Variant result = member.invoke(control, converted);
-    // A caller's variable keeps its own type unless the member wrote to it.
-    for (std::size_t i = 0; i < args.size(); ++i)
-        if (member.params[i].byRef && !(converted[i] == passed[i])) args[i] = converted[i];
+    // A caller's variable keeps its own type unless the member wrote to it; what
+    // the member wrote before it failed stays written, as it would through a
+    // reference.
+    auto writeBack = [&] {
+        for (std::size_t i = 0; i < args.size(); ++i)
+            if (member.params[i].byRef && !(converted[i] == passed[i])) args[i] = converted[i];
+    };
+    Variant result;
+    try {
+        result = member.invoke(control, converted);
+    } catch (...) {
+        writeBack();
+        throw;
+    }
+    writeBack();
     return result;
 }
 

@@ -174,3 +174,35 @@ event PatientSearch()
 )");
     EXPECT_EQ(console.control().widgets().dvwResource[2]->appointmentSet().Count(), 1);
 }
+
+// A by-reference argument comes back into the script variable as the member
+// left it, also when the call fails after changing it; one the member leaves
+// alone keeps its own type.
+TEST(ConsoleRun, ByReferenceVariablesTakeWhatTheMemberLeft) {
+    const ScriptRun r = runScript(R"(let c = "#C0C000"
+call vbRGBVal(c)
+get c
+let bad = "##C0C000"
+call vbRGBVal(bad)
+get bad
+let n = 1
+call SetAppId(n, "1", 1, "2")
+get n
+)");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, R"(> let c = "#C0C000"
+> call vbRGBVal(c)
+= 49344
+> get c
+= "C0C000"
+> let bad = "##C0C000"
+> call vbRGBVal(bad)
+! TypeMismatch
+> get bad
+= "#C0C000"
+> let n = 1
+> call SetAppId(n, "1", 1, "2")
+> get n
+= 1
+)");
+}

@@ -299,13 +299,24 @@ AppointmentRef Console::appointment(const Segment& seg) {
 }
 
 Variant Console::callMember(const MemberInfo& m, const std::vector<Expr>& exprs, std::vector<Variant> args) {
-    Variant result = invokeMember(*control_, m, args);
-    // A variable passed to a by-reference parameter takes what the member left in it.
-    for (std::size_t i = 0; i < exprs.size() && i < m.params.size(); ++i) {
-        const Expr& e = exprs[i];
-        if (m.params[i].byRef && e.kind == Expr::Kind::Reference && e.ref.size() == 1 && !e.ref[0].hasArgs)
-            variables_[e.ref[0].name] = args[i];
+    // A variable passed to a by-reference parameter takes what the member left
+    // in it, also when the call fails part way.
+    auto writeBack = [&] {
+        for (std::size_t i = 0; i < exprs.size() && i < m.params.size(); ++i) {
+            const Expr& e = exprs[i];
+            if (m.params[i].byRef && e.kind == Expr::Kind::Reference && e.ref.size() == 1 &&
+                !e.ref[0].hasArgs)
+                variables_[e.ref[0].name] = args[i];
+        }
+    };
+    Variant result;
+    try {
+        result = invokeMember(*control_, m, args);
+    } catch (const RuntimeError&) {
+        writeBack();
+        throw;
     }
+    writeBack();
     return result;
 }
 

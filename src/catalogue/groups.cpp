@@ -1,0 +1,147 @@
+// Selecting a group: every column reset, the group's view laid out and shown,
+// the category lists rebuilt and the default resources put into their columns.
+// The current group is nothing but the text of cmbResourceGroup.
+
+#include <QuorvaneScheduler/ctl_scheduler.h>
+
+namespace quorvane {
+
+namespace {
+
+// Fields of the catalogue records.
+constexpr int kGroupId = 0, kGroupName = 1, kResourceValue = 3, kResourceName = 4, kCatType = 5, kSubType = 6;
+constexpr int kDefaultGroupId = 0, kDefaultGroupName = 1, kDefaultResourceValue = 2, kDefaultColumn = 3;
+constexpr int kViewGroupName = 1, kColumnsShown = 2, kColumnsTotal = 3;
+
+// A table the host never sent cannot be walked.
+const StringTable& walked(const StringTable& table) {
+    if (!table.isSet()) throw SubscriptOutOfRange();
+    return table;
+}
+
+} // namespace
+
+void ctlScheduler::cmbResourceGroup_Click() {
+    state_.blnSuppressColumnEvents = true;
+    for (std::int16_t i = 0; i < kColumns; ++i)
+        ResetColumn(i);
+    state_.blnSuppressColumnEvents = false;
+    ApplyGroupColumnsShown();
+    // Cleared before any load, so templates the host adds while answering the
+    // loads below count from zero.
+    state_.intTemplateCount.fill(0);
+    FillCategoryLists();
+    ApplyGroupView();
+}
+
+// Runs the layout for the view's number of columns, while the scroll bar still
+// holds the tag and maximum of the group before.
+void ctlScheduler::ApplyGroupColumnsShown() {
+    const StringTable& views = walked(state_.arrResourceGroupViews);
+    const std::string group = w_.cmbResourceGroup.text();
+    for (int r = 0; r < views.rows(); ++r) {
+        if (views.at(r, kViewGroupName) == group) {
+            const std::string shown = views.at(r, kColumnsShown);
+            w_.cmbNumOfSchedules.setText(shown);
+            return;
+        }
+    }
+}
+
+void ctlScheduler::ApplyGroupView() {
+    for (std::int16_t i = 0; i < kColumns; ++i)
+        SetColumnVisible(i, false);
+    w_.sbSchedule.setMax(1);
+    {
+        const StringTable& views = walked(state_.arrResourceGroupViews);
+        const std::string group = w_.cmbResourceGroup.text();
+        for (int r = 0; r < views.rows(); ++r) {
+            if (views.at(r, kViewGroupName) != group) continue;
+            const std::string total = views.at(r, kColumnsTotal);
+            const std::int16_t columns = textToInteger(total);
+            for (int i = 0; i <= columns - 1; ++i) {
+                if (i >= kColumns) throw SubscriptOutOfRange();
+                SetColumnVisible(static_cast<std::int16_t>(i), true);
+            }
+            w_.sbSchedule.tag = total;
+            const int beyond = columns - textToInteger(w_.cmbNumOfSchedules.text());
+            if (beyond > 0) w_.sbSchedule.setMax(toInteger(beyond + 1));
+            break;
+        }
+    }
+    // Each default may load its column and raise ResourceOnClick, in which the
+    // host may call back in and even send new tables: the table is read anew at
+    // every row, and a row's fields are copied before anything runs.
+    for (int r = 0; r < walked(state_.arrResourceGroupDefaults).rows(); ++r) {
+        const StringTable& defaults = state_.arrResourceGroupDefaults;
+        if (defaults.at(r, kDefaultGroupName) != w_.cmbResourceGroup.text()) continue;
+        const std::string groupId = defaults.at(r, kDefaultGroupId);
+        const std::string value = defaults.at(r, kDefaultResourceValue);
+        const std::string column = defaults.at(r, kDefaultColumn);
+        SetColumnDefault(groupId, value, column);
+    }
+}
+
+void ctlScheduler::SetColumnVisible(std::int16_t intColumn, bool blnVisible) {
+    if (intColumn < 0 || intColumn >= kColumns) throw SubscriptOutOfRange();
+    w_.cmbResourceCatType[intColumn].visible = blnVisible;
+    w_.cmbDayIncrement[intColumn].visible = blnVisible;
+    w_.cmbResource[intColumn].visible = blnVisible;
+    w_.dvwResource[intColumn]->Visible = blnVisible;
+}
+
+void ctlScheduler::SetColumnDefault(const std::string& strGroupId, const std::string& strResourceValue,
+                                    const std::string& strColumnNumber) {
+    const std::int16_t column = toInteger(textToNumber(strColumnNumber) - 1);
+    const StringTable& groups = walked(state_.arrResourceGroups);
+    const std::string group = w_.cmbResourceGroup.text();
+    for (int r = 0; r < groups.rows(); ++r) {
+        if (groups.at(r, kGroupName) != group) continue;
+        if (groups.at(r, kGroupId) != strGroupId || groups.at(r, kResourceValue) != strResourceValue)
+            continue;
+        if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
+        const std::string category = groups.at(r, kCatType);
+        const std::string name = groups.at(r, kResourceName);
+        w_.cmbResourceCatType[column].setText(
+            category);                        // fills the column's resources with the whole category
+        w_.cmbResource[column].setText(name); // loads the column
+        return;
+    }
+}
+
+// The level of an item is known only by its form: a sub-type stands indented.
+void ctlScheduler::cmbResourceCatType_Click(std::int16_t Index) {
+    const std::string text = w_.cmbResourceCatType[Index].text();
+    const auto number = static_cast<std::int16_t>(Index + 1);
+    if (!text.empty() && text[0] == ' ')
+        FillResourcesBySubType(trimBlanks(text), number);
+    else
+        FillResourcesByCatType(trimBlanks(text), number);
+}
+
+void ctlScheduler::FillResourcesByCatType(const std::string& strText, std::int16_t intColumnNumber) {
+    FillResources(kCatType, strText, intColumnNumber);
+}
+
+void ctlScheduler::FillResourcesBySubType(const std::string& strText, std::int16_t intColumnNumber) {
+    FillResources(kSubType, strText, intColumnNumber);
+}
+
+// The two lists are filled item for item, so item k of both is one record.
+void ctlScheduler::FillResources(int field, const std::string& strText, std::int16_t intColumnNumber) {
+    const int column = intColumnNumber - 1;
+    if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
+    PickList& values = w_.cmbResourceValue[column];
+    PickList& names = w_.cmbResource[column];
+    values.clear();
+    names.clear();
+    const StringTable& groups = walked(state_.arrResourceGroups);
+    const std::string& group = w_.cmbResourceGroup.text();
+    for (int r = 0; r < groups.rows(); ++r) {
+        if (groups.at(r, kGroupName) != group || groups.at(r, field) != strText) continue;
+        values.addItem(groups.at(r, kResourceValue));
+        names.addItem(groups.at(r, kResourceName));
+    }
+}
+
+} // namespace quorvane

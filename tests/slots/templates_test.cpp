@@ -1,0 +1,192 @@
+#include "slot_fixture.h"
+
+#include <QuorvaneScheduler/members.h>
+
+using namespace quorvane;
+using quorvane::test::SlotFixture;
+
+namespace {
+
+constexpr std::int32_t kRed = 255, kGreen = 65280, kBlue = 16711680, kBare = 49344;
+
+struct TemplateTest : SlotFixture {
+    // The colour of every five-minute cell from `from` up to `to`, excluded, when
+    // they all share one; -1 when they differ.
+    std::int32_t colourOf(int index, OleDate from, OleDate to) {
+        const std::int32_t first = view(index).TimeSlotColor(from);
+        for (OleDate t = from; t < to; t = addMinutes(t, 5))
+            if (view(index).TimeSlotColor(t) != first) return -1;
+        return first;
+    }
+    const Variant& cell(int column, int field, int row) const {
+        return (*control->state().varResourceTemplates)[static_cast<std::size_t>(
+            column)][static_cast<std::size_t>(field)][static_cast<std::size_t>(row)];
+    }
+    std::int16_t count(int column) const {
+        return control->state().intTemplateCount[static_cast<std::size_t>(column)];
+    }
+    void paint(OleDate start, OleDate end, std::string colour, const std::string& number = "1") {
+        control->AddExistingTemplate(start, end, "", colour, number);
+    }
+};
+
+TEST_F(TemplateTest, ColourStringsReadRedGreenBlue) {
+    struct Row {
+        const char* text;
+        std::optional<std::int32_t> value; // none: the conversion fails
+        const char* left;                  // the caller's string afterwards
+    };
+    const Row rows[] = {
+        {"C0C000", kBare, "C0C000"},
+        {"#12345", 0x12 + 256 * 0x34 + 65536 * 5, "12345"},
+        {"##C0C000", std::nullopt, "#C0C000"},
+        {"#C0C0", std::nullopt, "C0C0"},
+        {"#", std::nullopt, ""},
+        {"", std::nullopt, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        std::string text = row.text;
+        std::optional<std::int32_t> value;
+        EXPECT_EQ(failureOf([&] { value = control->vbRGBVal(text); }),
+                  row.value ? std::nullopt : std::optional(ErrorKind::TypeMismatch));
+        EXPECT_EQ(value, row.value);
+        EXPECT_EQ(text, row.left);
+    }
+}
+
+TEST_F(TemplateTest, PaintingCutsBlocksToTheFiveMinuteGrid) {
+    struct Row {
+        const char* name;
+        OleDate start, end;
+        OleDate from, to; // the cells painted, `to` excluded
+    };
+    const Row rows[] = {
+        {"9:00 to 9:05 is one cell", at(9, 0), at(9, 5), at(9, 0), at(9, 5)},
+        {"an hour ends a minute early", at(9, 0), at(10, 0), at(9, 0), at(10, 0)},
+        {"midnight printed in 8 characters", makeDate(2008, 1, 1), makeDateTime(2008, 1, 1, 1, 0, 0),
+         at(0, 0), at(1, 0)},
+        {"midnight printed in 10 characters", makeDate(2008, 10, 15), makeDateTime(2008, 10, 15, 1, 0, 0),
+         at(0, 0), at(1, 0)},
+        {"a day from midnight to midnight", makeDate(2008, 1, 15), makeDate(2008, 1, 15), at(0, 0),
+         makeDate(2008, 1, 16)},
+        {"times without a date", makeTime(14, 0, 0), makeTime(14, 30, 0), at(14, 0), at(14, 30)},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        control->RefreshTimeslots("1");
+        paint(row.start, row.end, "#00FF00");
+        EXPECT_EQ(colourOf(0, row.from, row.to), kGreen);
+        if (row.from != at(0, 0)) {
+            EXPECT_NE(view(0).TimeSlotColor(addMinutes(row.from, -5)), kGreen);
+        }
+        if (row.to < makeDate(2008, 1, 16)) {
+            EXPECT_NE(view(0).TimeSlotColor(row.to), kGreen);
+        }
+    }
+    EXPECT_TRUE(log.empty()) << "painting tells the host nothing";
+}
+
+TEST_F(TemplateTest, CallersVariablesComeBackChanged) {
+    OleDate end = at(10, 0);
+    std::string colour = "#FF0000";
+    control->AddExistingTemplate(at(9, 0), end, "", colour, "1");
+    control->AddExistingTemplate(at(9, 0), end, "", colour, "1");
+    EXPECT_EQ(end, at(9, 58));
+    EXPECT_EQ(colour, "FF0000");
+
+    // Through the member table, the caller's variables take what the control left.
+    std::vector<Variant> args{Variant(at(9, 0)), Variant("10:00 AM"), Variant("Lunch"), Variant("#0000FF"),
+                              Variant("1")};
+    invokeMember(*control, *findMember("AddExistingTemplate", MemberKind::Method), args);
+    EXPECT_EQ(args, (std::vector<Variant>{Variant(at(9, 0)), Variant(makeTime(9, 59, 0)), Variant("Lunch"),
+                                          Variant("0000FF"), Variant("1")}));
+    std::vector<Variant> text{Variant("#C0C000")};
+    EXPECT_EQ(invokeMember(*control, *findMember("vbRGBVal", MemberKind::Method), text), Variant(kBare));
+    EXPECT_EQ(text[0], Variant("C0C000"));
+}
+
+TEST_F(TemplateTest, PaintingLeavesTheSlotLengthTheListShows) {
+    const std::pair<const char*, std::int32_t> rows[] = {
+        {"60", 0}, {"30", 1}, {"15", 2}, {"10", 3}, {"5", 4}};
+    for (const auto& [minutes, code] : rows) {
+        control->widgets().cmbDayIncrement[0].setText(minutes);
+        paint(at(9, 0), at(9, 30), "#FF0000");
+        EXPECT_EQ(view(0).Increments(), code) << minutes;
+    }
+    // A list without a selection has nothing to restore from.
+    view(1).setIncrements(1);
+    paint(at(9, 0), at(9, 30), "#FF0000", "2");
+    EXPECT_EQ(view(1).Increments(), 4);
+}
+
+TEST_F(TemplateTest, FailedPaintsLeaveTheGridAlone) {
+    struct Row {
+        const char* colour;
+        const char* number;
+        ErrorKind kind;
+        const char* colourLeft;
+        OleDate endLeft;
+    };
+    // The colour is read first and the column last, so a bad column still moves
+    // the caller's end and takes its "#".
+    const Row rows[] = {
+        {"#C0C0", "1", ErrorKind::TypeMismatch, "C0C0", at(10, 0)},
+        {"#FF0000", "11", ErrorKind::SubscriptOutOfRange, "FF0000", at(9, 59)},
+        {"#FF0000", "0", ErrorKind::SubscriptOutOfRange, "FF0000", at(9, 59)},
+        {"#FF0000", "one", ErrorKind::TypeMismatch, "FF0000", at(9, 59)},
+    };
+    view(0).setIncrements(1);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.number);
+        std::string colour = row.colour;
+        OleDate end = at(10, 0);
+        EXPECT_EQ(failureOf([&] { control->AddExistingTemplate(at(9, 0), end, "", colour, row.number); }),
+                  row.kind);
+        EXPECT_EQ(colour, row.colourLeft);
+        EXPECT_EQ(end, row.endLeft);
+        for (int i = 0; i < kColumns; ++i)
+            EXPECT_EQ(colourOf(i, at(0, 0), makeDate(2008, 1, 16)), PVDayView::kDefaultDayBackColor);
+        EXPECT_EQ(view(0).Increments(), 1);
+    }
+}
+
+TEST_F(TemplateTest, WipeLeavesTheBareGridAndTheStore) {
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "Surgery", "#FF0000", "4", "Y");
+    control->widgets().cmbDayIncrement[3].setText("15");
+    control->wipeTemplates(3);
+    EXPECT_EQ(colourOf(3, at(0, 0), makeDate(2008, 1, 16)), kBare);
+    EXPECT_EQ(count(3), 1);
+    EXPECT_EQ(view(3).Increments(), 2);
+    EXPECT_EQ(colourOf(2, at(0, 0), makeDate(2008, 1, 16)), PVDayView::kDefaultDayBackColor);
+}
+
+TEST_F(TemplateTest, ReplayPaintsTheStoreAgainInItsOrder) {
+    control->AddResourceTemplate(at(9, 0), at(11, 0), "Surgery", "#FF0000", "2", "N");
+    control->AddResourceTemplate(at(10, 0), at(12, 0), "Lunch", "#00FF00", "2", "N");
+    paint(at(14, 0), at(15, 0), "#0000FF", "2"); // painted, never stored
+    for (int run = 0; run < 2; ++run) {
+        SCOPED_TRACE(run);
+        control->replayTemplates(1);
+        EXPECT_EQ(colourOf(1, at(0, 0), at(9, 0)), kBare);
+        EXPECT_EQ(colourOf(1, at(9, 0), at(10, 0)), kRed);
+        EXPECT_EQ(colourOf(1, at(10, 0), at(12, 0)), kGreen) << "the later row wins the overlap";
+        EXPECT_EQ(colourOf(1, at(12, 0), makeDate(2008, 1, 16)), kBare) << "the unstored block is gone";
+        EXPECT_EQ(count(1), 2);
+        EXPECT_EQ(cell(1, 1, 0), Variant(at(11, 0)));
+        EXPECT_EQ(cell(1, 3, 1), Variant("#00FF00"));
+    }
+}
+
+TEST_F(TemplateTest, ReplayStopsAtAStoredColourThatDoesNotConvert) {
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "", "#FF0000", "1", "N");
+    control->AddResourceTemplate(at(10, 0), at(11, 0), "", "red", "1", "N");
+    control->AddResourceTemplate(at(11, 0), at(12, 0), "", "#00FF00", "1", "N");
+    EXPECT_EQ(failureOf([&] { control->replayTemplates(0); }), ErrorKind::TypeMismatch);
+    EXPECT_EQ(colourOf(0, at(9, 0), at(10, 0)), kRed);
+    EXPECT_EQ(colourOf(0, at(10, 0), at(12, 0)), kBare);
+    EXPECT_EQ(count(0), 3);
+    EXPECT_EQ(cell(0, 3, 1), Variant("red"));
+}
+
+} // namespace

@@ -1,0 +1,220 @@
+#include "slot_fixture.h"
+#include "slots/slot_scan.h"
+
+#include <QuorvaneScheduler/members.h>
+
+#include <set>
+
+using namespace quorvane;
+using quorvane::test::SlotFixture;
+
+namespace {
+
+OleDate scanDay(int h, int m) { return makeDateTime(2000, 1, 1, h, m, 0); }
+
+// Business hours that a real view never shows, and a record of every time the
+// scan asks about.
+struct FakeView {
+    std::int32_t increments = 1;
+    OleDate begin = makeTime(8, 0, 0), end = makeTime(17, 0, 0);
+    std::set<int> selectedMinutes;
+    mutable std::vector<OleDate> asked;
+
+    std::int32_t Increments() const { return increments; }
+    OleDate BusinessHoursBegin() const { return begin; }
+    OleDate BusinessHoursEnd() const { return end; }
+    bool TimeSlotSelected(OleDate t) const {
+        asked.push_back(t);
+        return selectedMinutes.count(minuteOfDay(t)) > 0;
+    }
+};
+
+constexpr int hm(int h, int m) { return h * 60 + m; }
+
+TEST(SlotScan, WalksBusinessHoursFromTheirBegin) {
+    struct Row {
+        const char* name;
+        std::int32_t increments;
+        int begin, end;         // minutes of the day; an end of 0 is midnight
+        std::set<int> selected; // minutes of the day
+        int found;              // the minute found, -1 for none
+        std::size_t asks;
+    };
+    // clang-format off
+    const Row rows[] = {
+        {"quarter hours from 8:00",              2, hm(8, 0),   hm(17, 0), {hm(8, 30)},           hm(8, 30),  3},
+        {"counted from the begin, not midnight", 2, hm(8, 10),  hm(17, 0), {hm(8, 25)},           hm(8, 25),  2},
+        {"off the begin's steps is never asked", 2, hm(8, 10),  hm(9, 0),  {hm(8, 30)},           -1,         4},
+        {"the earlier of two",                   1, hm(8, 0),   hm(17, 0), {hm(10, 0), hm(9, 0)}, hm(9, 0),   3},
+        {"at the end is outside",                1, hm(8, 0),   hm(17, 0), {hm(17, 0)},           -1,         18},
+        {"before the begin is outside",          1, hm(8, 0),   hm(17, 0), {hm(7, 30)},           -1,         18},
+        {"end at midnight runs to 11:59 PM",     4, hm(23, 40), 0,         {hm(23, 55)},          hm(23, 55), 4},
+        {"end at midnight leaves 11:59 PM out",  4, hm(23, 59), 0,         {hm(23, 59)},          -1,         0},
+        {"begin at the end",                     1, hm(17, 0),  hm(17, 0), {hm(17, 0)},           -1,         0},
+        {"begin after the end",                  1, hm(18, 0),  hm(9, 0),  {hm(18, 0)},           -1,         0},
+        {"unknown code steps by the hour",       7, hm(8, 0),   hm(17, 0), {hm(8, 30)},           -1,         9},
+        {"unknown code finds on the hour",       7, hm(8, 0),   hm(17, 0), {hm(9, 0)},            hm(9, 0),   2},
+    };
+    // clang-format on
+    const auto time = [](int minute) { return makeTime(minute / 60, minute % 60, 0); };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        FakeView view{row.increments, time(row.begin), time(row.end), row.selected, {}};
+        bool found = row.found < 0;
+        const int expected = row.found < 0 ? row.begin : row.found;
+        EXPECT_EQ(slots::scanSelectedSlot(view, found), scanDay(expected / 60, expected % 60));
+        EXPECT_EQ(found, row.found >= 0);
+        EXPECT_EQ(view.asked.size(), row.asks);
+        for (OleDate t : view.asked)
+            EXPECT_EQ(datePart(t), makeDate(2000, 1, 1));
+    }
+}
+
+TEST(SlotScan, MinutesByIncrementsCode) {
+    const std::pair<std::int32_t, int> rows[] = {{0, 60}, {1, 30}, {2, 15}, {3, 10}, {4, 5}, {-1, 0}, {5, 0}};
+    for (const auto& [code, minutes] : rows)
+        EXPECT_EQ(slots::minutesOfIncrements(code), minutes) << code;
+}
+
+struct TimeSlotTest : SlotFixture {
+    OleDate lastSlot(int entry) const { return control->state().dtLastSlot[static_cast<std::size_t>(entry)]; }
+    // The non-empty entries of dtLastSlot, as "entry@H:MM".
+    std::string entries() const {
+        std::string s;
+        for (int e = 0; e < 12; ++e)
+            if (lastSlot(e) != OleDate())
+                s +=
+                    (s.empty() ? "" : " ") + std::to_string(e) + "@" + generalDateText(timePart(lastSlot(e)));
+        return s;
+    }
+};
+
+TEST_F(TimeSlotTest, OnlyTheLastColumnClickedKeepsItsSlot) {
+    view(0).userSlot(at(9, 0));
+    EXPECT_EQ(lastSlot(1), at(9, 0));
+    view(2).userSlot(at(10, 0));
+    EXPECT_EQ(entries(), "3@10:00:00 AM");
+    EXPECT_FALSE(view(0).TimeSlotSelected(at(9, 0)));
+    EXPECT_TRUE(view(2).TimeSlotSelected(at(10, 0)));
+
+    // A second click in the same column replaces the entry alone.
+    view(2).userSlot(at(11, 0));
+    EXPECT_EQ(entries(), "3@11:00:00 AM");
+
+    // The tenth column uses entry 10 and is cleared like any other.
+    view(9).userSlot(at(8, 30));
+    EXPECT_EQ(entries(), "10@8:30:00 AM");
+    EXPECT_FALSE(view(2).TimeSlotSelected(at(11, 0)));
+    EXPECT_TRUE(log.empty()) << "selection is no business of the host";
+}
+
+TEST_F(TimeSlotTest, ClearTimeSlotsSparesOneColumnOrNone) {
+    struct Row {
+        Variant argument;
+        bool kept;
+    };
+    const Row rows[] = {{Variant("4"), true},   {Variant(std::int16_t(4)), true},
+                        {Variant("4.4"), true}, {Variant("1"), false},
+                        {Variant("0"), false},  {Variant("11"), false},
+                        {Variant("-5"), false}, {Variant(), false}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.argument.toString());
+        view(3).userSlot(at(9, 0));
+        control->ClearTimeSlots(row.argument);
+        EXPECT_EQ(view(3).TimeSlotSelected(at(9, 0)), row.kept);
+        EXPECT_EQ(lastSlot(4) != OleDate(), row.kept);
+    }
+}
+
+TEST_F(TimeSlotTest, ClearTimeSlotsWithNoNumberClearsNothing) {
+    view(3).userSlot(at(9, 0));
+    EXPECT_THROW(control->ClearTimeSlots(Variant("four")), TypeMismatch);
+    EXPECT_THROW(control->ClearTimeSlots(Variant("99999")), Overflow);
+    EXPECT_EQ(entries(), "4@9:00:00 AM");
+    EXPECT_TRUE(view(3).TimeSlotSelected(at(9, 0)));
+}
+
+// Slots without an entry, or with an entry that has no date, are never taken
+// away by a click elsewhere.
+TEST_F(TimeSlotTest, ClearingLeavesSlotsItHasNoDatedEntryFor) {
+    control->setResourceTimeSlotSelected(2, at(9, 30), true);
+    EXPECT_EQ(log, std::vector<std::string>{"changed Resource3TimeSlotSelected"});
+    view(0).userSlot(at(8, 0));
+    EXPECT_TRUE(view(2).TimeSlotSelected(at(9, 30)));
+    EXPECT_EQ(control->getSelectedTimeSlot(view(2)), makeDateTime(2000, 1, 1, 9, 30, 0));
+    EXPECT_TRUE(control->state().blnSlotFound);
+
+    control->dvwResource_TimeSlotSelect(4, makeTime(10, 0, 0)); // a slot without its date
+    view(4).setTimeSlotSelected(at(10, 0), true);
+    EXPECT_FALSE(view(0).TimeSlotSelected(at(8, 0)));
+    control->RemoveTimeSlotSelected(view(4));
+    EXPECT_TRUE(view(4).TimeSlotSelected(at(10, 0)));
+    EXPECT_EQ(lastSlot(5), makeTime(10, 0, 0));
+}
+
+TEST_F(TimeSlotTest, FlagFollowsEveryScan) {
+    view(1).userSlot(at(9, 30));
+    EXPECT_EQ(control->getSelectedTimeSlot(view(1)), makeDateTime(2000, 1, 1, 9, 30, 0));
+    EXPECT_TRUE(control->state().blnSlotFound);
+    EXPECT_EQ(control->getSelectedTimeSlot(view(0)), makeDateTime(2000, 1, 1, 8, 0, 0));
+    EXPECT_FALSE(control->state().blnSlotFound);
+}
+
+TEST_F(TimeSlotTest, RefreshTimeslotsRepaintsTheDayAndKeepsTheSlotLength) {
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "Block", "#FF0000", "2", "Y");
+    view(1).setIncrements(2);
+    control->RefreshTimeslots("2");
+    for (OleDate t : {at(0, 0), at(9, 0), at(23, 55)})
+        EXPECT_EQ(view(1).TimeSlotColor(t), view(1).DayBackColor());
+    EXPECT_EQ(view(1).Increments(), 2);
+
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "Block", "#FF0000", "2", "Y");
+    const std::pair<const char*, ErrorKind> bad[] = {{"0", ErrorKind::SubscriptOutOfRange},
+                                                     {"11", ErrorKind::SubscriptOutOfRange},
+                                                     {"two", ErrorKind::TypeMismatch}};
+    for (const auto& [number, kind] : bad) {
+        EXPECT_EQ(failureOf([&] { control->RefreshTimeslots(number); }), kind) << number;
+        EXPECT_EQ(view(1).TimeSlotColor(at(9, 0)), 255);
+    }
+}
+
+TEST_F(TimeSlotTest, TenNamesEachReachTheirOwnColumn) {
+    for (int n = 1; n <= kColumns; ++n) {
+        const std::string name = "Resource" + std::to_string(n) + "TimeSlotSelected";
+        SCOPED_TRACE(name);
+        log.clear();
+        std::vector<Variant> write{Variant(at(9, 0)), Variant(true)};
+        invokeMember(*control, *findMember(name, MemberKind::PropertyLet), write);
+        EXPECT_EQ(log, std::vector<std::string>{"changed " + name});
+        for (int i = 0; i < kColumns; ++i)
+            EXPECT_EQ(view(i).TimeSlotSelected(at(9, 0)), i == n - 1);
+        std::vector<Variant> read{Variant("9:00 AM")};
+        EXPECT_EQ(invokeMember(*control, *findMember(name, MemberKind::PropertyGet), read), Variant(true));
+        view(n - 1).setTimeSlotSelected(at(9, 0), false);
+    }
+    EXPECT_EQ(lastSlot(1), OleDate()) << "a host's write keeps no entry";
+
+    log.clear();
+    std::vector<Variant> noDate{Variant("nine"), Variant(true)};
+    EXPECT_THROW(
+        invokeMember(*control, *findMember("Resource1TimeSlotSelected", MemberKind::PropertyLet), noDate),
+        TypeMismatch);
+    EXPECT_TRUE(log.empty()) << "a failed write reports nothing";
+}
+
+// An appointment where a day view belongs fails before any column is touched.
+TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
+    setColours();
+    control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "5");
+    view(0).userSlot(at(9, 0));
+    for (const char* name : {"getSelectedTimeSlot", "RemoveTimeSlotSelected", "IntervalInMinutes"}) {
+        std::vector<Variant> args{Variant(ObjectRef(set(0).FirstAppointment()))};
+        EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
+                  ErrorKind::TypeMismatch)
+            << name;
+    }
+    EXPECT_EQ(entries(), "1@9:00:00 AM");
+    EXPECT_TRUE(view(0).TimeSlotSelected(at(9, 0)));
+}
+
+} // namespace
