@@ -21,12 +21,15 @@ std::string groupsText() {
     std::string s;
     s.reserve(kRecords * 48);
     for (int r = 0; r < kRecords; ++r) {
+        // Records of a category stand together, and within it those of each of
+        // its three sub-types, as a host keeps them.
         const int category = r * kCategories / kRecords;
+        const int subType = r * kCategories * 3 / kRecords;
         if (r) s += "~~";
         s += "10~Main Office~";
         s += r == 0 ? "Y" : "N";
         s += "~R" + std::to_string(r) + "~Resource " + std::to_string(r) + "~Category " +
-             std::to_string(category) + "~Sub " + std::to_string(category) + "." + std::to_string(r % 3);
+             std::to_string(category) + "~Sub " + std::to_string(subType);
     }
     return s;
 }

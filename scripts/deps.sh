@@ -3,6 +3,7 @@
 set -euo pipefail
 needed=(cmake g++ make libgtest-dev libgmock-dev)
 [ "${QUORVANE_NEED_CLANG:-0}" = 1 ] && needed+=(clang libclang-rt-dev)
+[ "${QUORVANE_NEED_BENCH:-0}" = 1 ] && needed+=(libbenchmark-dev)
 missing=()
 for p in "${needed[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

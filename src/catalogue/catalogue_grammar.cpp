@@ -11,7 +11,7 @@ namespace {
 
 // A catalogue may run to tens of thousands of records, and the host assigns it
 // while the user waits for the first schedule. The text is therefore read in
-// place: two linear passes, no piece copied out, each cell written once.
+// place: two linear passes, no piece copied out, each cell pointed at its piece once.
 
 bool isTilde(unsigned char c) { return c == static_cast<unsigned char>(kFieldSeparator); }
 
@@ -61,12 +61,12 @@ int countRecords(std::string_view text) {
 void parseCatalogue(std::string_view text, int fields, StringTable& table) {
     const int rows = countRecords(text);
     if (rows == 0) throw SubscriptOutOfRange("a catalogue string with no record");
-    table.reset(rows, fields);
+    table.reset(rows, fields, std::string(text));
 
-    const char* p = text.data();
+    const char* const begin = text.data();
+    const char* p = begin;
     const char* const end = p + text.size();
     for (int row = 0; row < rows; ++row) {
-        std::string* cells = table.rowCells(row);
         // An empty record has no field at all, not one empty field: it is what a
         // trailing "~~" or four tildes in a row leave.
         if (p == end || (p + 1 < end && p[0] == kFieldSeparator && p[1] == kFieldSeparator)) {
@@ -80,7 +80,9 @@ void parseCatalogue(std::string_view text, int fields, StringTable& table) {
             while (q != end && *q != kFieldSeparator)
                 ++q;
             // Surplus fields are passed over, never stored.
-            if (field < fields) cells[field].assign(p, static_cast<std::size_t>(q - p));
+            if (field < fields)
+                table.setPiece(row, field, static_cast<std::size_t>(p - begin),
+                               static_cast<std::size_t>(q - p));
             ++field;
             if (q == end) {
                 p = end;

@@ -83,10 +83,10 @@ void ctlScheduler::LoadResourceGroups(std::string_view strResourceGroups) {
     std::string_view lastGroupId;
     std::string_view defaultGroupName;
     for (int row = 0; row < groups.rows(); ++row) {
-        const std::string& groupId = groups.at(row, GroupFields::GroupId);
+        const std::string_view groupId = groups.at(row, GroupFields::GroupId);
         if (groupId == lastGroupId) continue;
-        const std::string& groupName = groups.at(row, GroupFields::GroupName);
-        w_.cmbResourceGroup.addItem(groupName);
+        const std::string_view groupName = groups.at(row, GroupFields::GroupName);
+        w_.cmbResourceGroup.addItem(std::string(groupName));
         lastGroupId = groupId;
         // Of several flagged groups the last one wins.
         if (groups.at(row, GroupFields::DefaultFlag) == "Y") defaultGroupName = groupName;
@@ -114,9 +114,9 @@ void ctlScheduler::FillCategoryLists() {
     const StringTable& groups = state_.arrResourceGroups;
     const int rows = groups.walkRows();
     const std::string currentGroup = w_.cmbResourceGroup.text();
-    auto addToAllColumns = [this](const std::string& item) {
+    auto addToAllColumns = [this](std::string_view item) {
         for (PickList& list : w_.cmbResourceCatType)
-            list.addItem(item);
+            list.addItem(std::string(item));
     };
 
     std::string_view lastCategory;
@@ -126,13 +126,13 @@ void ctlScheduler::FillCategoryLists() {
         if (groups.at(row, GroupFields::GroupName) != currentGroup) continue;
         // An empty field lists nothing; only the last field of a string can be
         // empty, so this spares the last row's empty sub-type an item of blanks.
-        const std::string& category = groups.at(row, GroupFields::ResourceCatType);
+        const std::string_view category = groups.at(row, GroupFields::ResourceCatType);
         if (!category.empty() && category != lastCategory) {
             addToAllColumns(category);
             lastCategory = category;
             lastSubType = {};
         }
-        const std::string& subType = groups.at(row, GroupFields::ResourceSubType);
+        const std::string_view subType = groups.at(row, GroupFields::ResourceSubType);
         if (!subType.empty() && subType != lastSubType) {
             subTypeItem.assign(kSubTypeIndent).append(subType);
             addToAllColumns(subTypeItem);

@@ -70,9 +70,9 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
 
     if (inGroup) {
         if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
-        const std::string category = groups.at(row, kCatType);
-        const std::string name = groups.at(row, kResourceName);
-        const std::string value = groups.at(row, kResourceValue);
+        const std::string category(groups.at(row, kCatType));
+        const std::string name(groups.at(row, kResourceName));
+        const std::string value(groups.at(row, kResourceValue));
         w_.cmbResourceCatType[column].setText(category);
         w_.cmbResource[column].setText(name); // loads with the date the column had
         // Another date is an ordinary date change: a second ResourceOnClick.
@@ -85,7 +85,7 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
         platform_.msgBox(
             "The selected resource is not available to you.  Please contact you System Administrator.");
     } else {
-        const std::string other = groups.at(row, kGroupName);
+        const std::string other(groups.at(row, kGroupName));
         const std::string question = "The selected resource is not available in the '" + group +
                                      "' group, but is available in the '" + other + "' group.\r\n" +
                                      "Do you wish to switch to the new group before proceeding?";

@@ -41,7 +41,7 @@ void ctlScheduler::ApplyGroupColumnsShown() {
     const std::string group = w_.cmbResourceGroup.text();
     for (int r = 0; r < views.rows(); ++r) {
         if (views.at(r, kViewGroupName) == group) {
-            const std::string shown = views.at(r, kColumnsShown);
+            const std::string shown(views.at(r, kColumnsShown));
             w_.cmbNumOfSchedules.setText(shown);
             return;
         }
@@ -57,7 +57,7 @@ void ctlScheduler::ApplyGroupView() {
         const std::string group = w_.cmbResourceGroup.text();
         for (int r = 0; r < views.rows(); ++r) {
             if (views.at(r, kViewGroupName) != group) continue;
-            const std::string total = views.at(r, kColumnsTotal);
+            const std::string total(views.at(r, kColumnsTotal));
             const std::int16_t columns = textToInteger(total);
             for (int i = 0; i <= columns - 1; ++i) {
                 if (i >= kColumns) throw SubscriptOutOfRange();
@@ -75,9 +75,9 @@ void ctlScheduler::ApplyGroupView() {
     for (int r = 0; r < walked(state_.arrResourceGroupDefaults).rows(); ++r) {
         const StringTable& defaults = state_.arrResourceGroupDefaults;
         if (defaults.at(r, kDefaultGroupName) != w_.cmbResourceGroup.text()) continue;
-        const std::string groupId = defaults.at(r, kDefaultGroupId);
-        const std::string value = defaults.at(r, kDefaultResourceValue);
-        const std::string column = defaults.at(r, kDefaultColumn);
+        const std::string groupId(defaults.at(r, kDefaultGroupId));
+        const std::string value(defaults.at(r, kDefaultResourceValue));
+        const std::string column(defaults.at(r, kDefaultColumn));
         SetColumnDefault(groupId, value, column);
     }
 }
@@ -100,8 +100,8 @@ void ctlScheduler::SetColumnDefault(const std::string& strGroupId, const std::st
         if (groups.at(r, kGroupId) != strGroupId || groups.at(r, kResourceValue) != strResourceValue)
             continue;
         if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
-        const std::string category = groups.at(r, kCatType);
-        const std::string name = groups.at(r, kResourceName);
+        const std::string category(groups.at(r, kCatType));
+        const std::string name(groups.at(r, kResourceName));
         w_.cmbResourceCatType[column].setText(
             category);                        // fills the column's resources with the whole category
         w_.cmbResource[column].setText(name); // loads the column
@@ -139,8 +139,8 @@ void ctlScheduler::FillResources(int field, const std::string& strText, std::int
     const std::string& group = w_.cmbResourceGroup.text();
     for (int r = 0; r < groups.rows(); ++r) {
         if (groups.at(r, kGroupName) != group || groups.at(r, field) != strText) continue;
-        values.addItem(groups.at(r, kResourceValue));
-        names.addItem(groups.at(r, kResourceName));
+        values.addItem(std::string(groups.at(r, kResourceValue)));
+        names.addItem(std::string(groups.at(r, kResourceName)));
     }
 }
 

@@ -17,7 +17,7 @@ Rows cells(const StringTable& t) {
     Rows out(static_cast<std::size_t>(t.rows()));
     for (int r = 0; r < t.rows(); ++r)
         for (int f = 0; f < t.fields(); ++f)
-            out[static_cast<std::size_t>(r)].push_back(t.at(r, f));
+            out[static_cast<std::size_t>(r)].emplace_back(t.at(r, f));
     return out;
 }
 
@@ -82,7 +82,7 @@ TEST(CatalogueGrammar, SplitsOnDoubleTildeFirstThenOnSingle) {
         SCOPED_TRACE(c.name);
         StringTable t;
         t.reset(1, 3);
-        t.at(0, 0) = "old";
+        t.set(0, 0, "old");
         if (c.error) {
             try {
                 parseCatalogue(c.text, 3, t);
