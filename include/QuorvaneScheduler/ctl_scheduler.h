@@ -147,6 +147,48 @@ public:
     void cmbNumOfSchedules_Click();
     void sbSchedule_Change();
 
+    // The column families, by column index 0 to 9: ResourceCatType1 to
+    // ResourceCatType10 reach index 0 to 9, and so on.
+    void setResourceCatType(int index, const std::string& value);
+    void setResource(int index, const std::string& value);
+    std::string DayIncrement(int index) const;
+    void setDayIncrement(int index, const std::string& value);
+    std::string ResourceValue(int index) const;
+    void setResourceValue(int index, const std::string& value);
+    std::string ResourceValueListIndex(int index) const;
+    void setResourceValueListIndex(int index, const std::string& value);
+    std::string ResourceListIndex(int index) const;
+    void setResourceListIndex(int index, const std::string& value);
+    Variant ResourceTopIndex(int index) const;
+    void setResourceTopIndex(int index, const Variant& value);
+    Variant ResourceDate(int index) const;
+    void setResourceDate(int index, const Variant& value);
+
+    // Values the patient panel and its commands read later; each write reports
+    // under the property's own name.
+    const std::string& PatDOD() const { return state_.strPatDOD; }
+    void setPatDOD(const std::string& v) { setField(state_.strPatDOD, v, "PatDOD"); }
+    const std::string& PatPrimaryActive() const { return state_.strPatPrimaryActive; }
+    void setPatPrimaryActive(const std::string& v) {
+        setField(state_.strPatPrimaryActive, v, "PatPrimaryActive");
+    }
+    const std::string& PatSecondaryActive() const { return state_.strPatSecondaryActive; }
+    void setPatSecondaryActive(const std::string& v) {
+        setField(state_.strPatSecondaryActive, v, "PatSecondaryActive");
+    }
+    const std::string& PhotoServerUsed() const { return state_.strPhotoServerUsed; }
+    void setPhotoServerUsed(const std::string& v) {
+        setField(state_.strPhotoServerUsed, v, "PhotoServerUsed");
+    }
+    const std::string& PhotoServerPath() const { return state_.strPhotoServerPath; }
+    void setPhotoServerPath(const std::string& v) {
+        setField(state_.strPhotoServerPath, v, "PhotoServerPath");
+    }
+    const std::string& PhotoImageId() const { return state_.strPhotoImageId; }
+    void setPhotoImageId(const std::string& v) { setField(state_.strPhotoImageId, v, "PhotoImageId"); }
+    const std::string& PhotoSaveLoc() const { return state_.strPhotoSaveLoc; }
+    void setPhotoSaveLoc(const std::string& v) { setField(state_.strPhotoSaveLoc, v, "PhotoSaveLoc"); }
+
     // Column dates and day increments.
     void calCalendar_Change(OleDate newDate);
     void dvwResource_DateChange(std::int16_t Index, OleDate dtOldDate);
@@ -231,6 +273,10 @@ private:
     void LoadResourceGroupDefaults(std::string_view strResourceGroupDefaults);
     void LoadResourceGroupViews(std::string_view strResourceGroupViews);
     void FillCategoryLists();
+    void setField(std::string& field, const std::string& value, const char* name) {
+        field = value;
+        platform_.container.propertyChanged(name);
+    }
     // The host's side of the events; a control without one raises into nothing.
     ctlSchedulerEvents& host();
 

@@ -95,6 +95,27 @@ std::vector<MemberInfo> buildTable() {
     textField(t, "AppRecurrenceId", &W::txtAppRecurrenceId);
     textField(t, "AppKey", &W::txtAppKey);
 
+    // Fields of the state record, each with a getter and a setter that reports.
+    const struct {
+        const char* name;
+        const std::string& (ctlScheduler::*read)() const;
+        void (ctlScheduler::*write)(const std::string&);
+    } fields[] = {
+        {"PatDOD", &ctlScheduler::PatDOD, &ctlScheduler::setPatDOD},
+        {"PatPrimaryActive", &ctlScheduler::PatPrimaryActive, &ctlScheduler::setPatPrimaryActive},
+        {"PatSecondaryActive", &ctlScheduler::PatSecondaryActive, &ctlScheduler::setPatSecondaryActive},
+        {"PhotoServerUsed", &ctlScheduler::PhotoServerUsed, &ctlScheduler::setPhotoServerUsed},
+        {"PhotoServerPath", &ctlScheduler::PhotoServerPath, &ctlScheduler::setPhotoServerPath},
+        {"PhotoImageId", &ctlScheduler::PhotoImageId, &ctlScheduler::setPhotoImageId},
+        {"PhotoSaveLoc", &ctlScheduler::PhotoSaveLoc, &ctlScheduler::setPhotoSaveLoc},
+    };
+    for (const auto& f : fields) {
+        t.push_back(
+            getter(f.name, T::String, [read = f.read](ctlScheduler& c) { return Variant((c.*read)()); }));
+        t.push_back(setter(f.name, T::String,
+                           [write = f.write](ctlScheduler& c, const Variant& v) { (c.*write)(str(v)); }));
+    }
+
     t.push_back(getter("UserControlEnabled", T::Boolean,
                        [](ctlScheduler& c) { return Variant(c.UserControlEnabled()); }));
     t.push_back(setter("UserControlEnabled", T::Boolean,
