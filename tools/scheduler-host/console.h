@@ -66,6 +66,9 @@ private:
     // Inspection paths (inspect.cpp).
     void inspect(const Chain& path);
     Variant widgetProperty(const Chain& path);
+    // The pick list a reference names, or nullptr when it names none; an index
+    // past the columns is SubscriptOutOfRange.
+    PickList* pickList(const Segment& seg);
     Variant stateField(const Segment& field);
     Variant dayViewMember(PVDayView& view, const Chain& path);
     Variant appointmentField(const Appointment& app, const Segment& field);

@@ -73,27 +73,12 @@ void Console::doGesture(const Gesture& g) {
     }
     if (a == "pick") {
         PickList* list = nullptr;
-        auto index = [&]() -> std::size_t {
-            if (target.args.size() != 1) throw ScriptError(target.name + " takes one index");
-            const std::int32_t i = wholeNumber(target.args[0], "the column index");
-            if (i < 0 || i >= kColumns)
-                throw ScriptError("no " + target.name + "(" + std::to_string(i) + ")");
-            return static_cast<std::size_t>(i);
-        };
-        if (target.name == "cmbResourceCatType")
-            list = &w.cmbResourceCatType[index()];
-        else if (target.name == "cmbResource")
-            list = &w.cmbResource[index()];
-        else if (target.name == "cmbResourceValue")
-            list = &w.cmbResourceValue[index()];
-        else if (target.name == "cmbDayIncrement")
-            list = &w.cmbDayIncrement[index()];
-        else if (target.name == "cmbResourceGroup" && !target.hasArgs)
-            list = &w.cmbResourceGroup;
-        else if (target.name == "cmbNumOfSchedules" && !target.hasArgs)
-            list = &w.cmbNumOfSchedules;
-        else
-            throw ScriptError("'" + target.name + "' is no pick list");
+        try {
+            list = pickList(target);
+        } catch (const SubscriptOutOfRange&) {
+            throw ScriptError("no pick list " + target.name + " at that index");
+        }
+        if (!list) throw ScriptError("'" + target.name + "' is no pick list");
         const std::string item = textValue(evaluate(g.values.at(0)));
         if (!enabled) return emit("~ disabled");
         if (!list->visible) return emit("~ hidden");

@@ -2,6 +2,7 @@
 
 #include "console.h"
 
+#include <array>
 #include <functional>
 
 namespace quorvane::host {
@@ -208,6 +209,29 @@ Variant Console::stateField(const Segment& f) {
     throw ScriptError("the state record has no field '" + n + "'");
 }
 
+PickList* Console::pickList(const Segment& seg) {
+    SchedulerWidgets& w = control_->widgets();
+    std::array<PickList, kColumns>* column = nullptr;
+    if (seg.name == "cmbResourceCatType")
+        column = &w.cmbResourceCatType;
+    else if (seg.name == "cmbResource")
+        column = &w.cmbResource;
+    else if (seg.name == "cmbResourceValue")
+        column = &w.cmbResourceValue;
+    else if (seg.name == "cmbDayIncrement")
+        column = &w.cmbDayIncrement;
+    if (column) {
+        if (seg.args.size() != 1) throw ScriptError(seg.name + " takes one index");
+        const std::int32_t i = wholeNumber(seg.args[0], "the column index");
+        if (i < 0 || i >= kColumns) throw SubscriptOutOfRange();
+        return &(*column)[static_cast<std::size_t>(i)];
+    }
+    if (seg.hasArgs) return nullptr;
+    if (seg.name == "cmbResourceGroup") return &w.cmbResourceGroup;
+    if (seg.name == "cmbNumOfSchedules") return &w.cmbNumOfSchedules;
+    return nullptr;
+}
+
 Variant Console::widgetProperty(const Chain& path) {
     if (path.size() != 2) nothing(path);
     const Segment& head = path.front();
@@ -215,25 +239,7 @@ Variant Console::widgetProperty(const Chain& path) {
     SchedulerWidgets& w = control_->widgets();
     Variant out;
 
-    auto columnIndex = [&]() -> std::size_t {
-        if (head.args.size() != 1) throw ScriptError(head.name + " takes one index");
-        const std::int32_t i = wholeNumber(head.args[0], "the column index");
-        if (i < 0 || i >= kColumns) throw SubscriptOutOfRange();
-        return static_cast<std::size_t>(i);
-    };
-    PickList* list = nullptr;
-    if (head.name == "cmbResourceCatType")
-        list = &w.cmbResourceCatType[columnIndex()];
-    else if (head.name == "cmbResource")
-        list = &w.cmbResource[columnIndex()];
-    else if (head.name == "cmbResourceValue")
-        list = &w.cmbResourceValue[columnIndex()];
-    else if (head.name == "cmbDayIncrement")
-        list = &w.cmbDayIncrement[columnIndex()];
-    else if (head.name == "cmbResourceGroup" && !head.hasArgs)
-        list = &w.cmbResourceGroup;
-    else if (head.name == "cmbNumOfSchedules" && !head.hasArgs)
-        list = &w.cmbNumOfSchedules;
+    PickList* list = pickList(head);
     if (list) {
         if (prop.name == "List") {
             if (prop.args.size() != 1) throw ScriptError("List takes one index");
