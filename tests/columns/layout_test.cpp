@@ -75,26 +75,6 @@ TEST_F(LayoutTest, ScrollingPlacesColumnValueMinusOneAtTheEdge) {
     EXPECT_NEAR(view(1).Left, 4956.667 + 15, 0.001);
 }
 
-TEST_F(LayoutTest, FourColumnsTwoOnScreen) {
-    w().sbSchedule.tag = "4";
-    control->setNumOfSchedules("2");
-    EXPECT_EQ(w().sbSchedule.max, 3);
-    EXPECT_FLOAT_EQ(view(0).Width, 14990 / 2.0f - 5) << "the creation width until the first resize";
-    w().sbSchedule.setValue(3);
-    EXPECT_FLOAT_EQ(view(2).Left, 15);
-}
-
-TEST_F(LayoutTest, ShortControlsAndNarrowColumns) {
-    control->ResizeControl(100, 200);
-    EXPECT_FLOAT_EQ(w().sbSchedule.top, 4100);
-    EXPECT_FLOAT_EQ(view(5).Height, 995);
-    EXPECT_EQ(control->state().lngScheduleWidth, 2900);
-    control->setNumOfSchedules("5");
-    EXPECT_FLOAT_EQ(view(0).Width, 560);
-    EXPECT_FLOAT_EQ(w().cmbResource[2].width, 0);
-    EXPECT_FLOAT_EQ(w().cmbDayIncrement[2].width, 675);
-}
-
 TEST_F(LayoutTest, FailuresStopWhereTheyHappen) {
     control->ResizeControl(700, 1000);
     std::string zero = "0", text = "many", six = "6";
