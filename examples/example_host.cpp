@@ -14,7 +14,7 @@ namespace {
 class MorningHost {
 public:
     explicit MorningHost(ctlScheduler& control)
-        : control_(control), sink_([this](std::string_view name, std::vector<Variant>& args) {
+        : control_(control), sink_([](std::string_view name, std::vector<Variant>& args) {
               std::cout << "event " << name << "(";
               for (std::size_t i = 0; i < args.size(); ++i)
                   std::cout << (i ? ", " : "") << args[i].toString();

@@ -7,7 +7,7 @@ using quorvane::test::SlotFixture;
 
 namespace {
 
-constexpr std::int32_t kRed = 255, kGreen = 65280, kBlue = 16711680, kBare = 49344;
+constexpr std::int32_t kRed = 255, kGreen = 65280, kBare = 49344;
 
 struct TemplateTest : SlotFixture {
     // The colour of every five-minute cell from `from` up to `to`, excluded, when

@@ -172,8 +172,9 @@ TEST_F(TimeSlotTest, RefreshTimeslotsRepaintsTheDayAndKeepsTheSlotLength) {
     const std::pair<const char*, ErrorKind> bad[] = {{"0", ErrorKind::SubscriptOutOfRange},
                                                      {"11", ErrorKind::SubscriptOutOfRange},
                                                      {"two", ErrorKind::TypeMismatch}};
-    for (const auto& [number, kind] : bad) {
-        EXPECT_EQ(failureOf([&] { control->RefreshTimeslots(number); }), kind) << number;
+    for (const auto& row : bad) {
+        const char* number = row.first;
+        EXPECT_EQ(failureOf([&] { control->RefreshTimeslots(number); }), row.second) << number;
         EXPECT_EQ(view(1).TimeSlotColor(at(9, 0)), 255);
     }
 }
