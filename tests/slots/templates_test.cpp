@@ -190,20 +190,3 @@ TEST_F(TemplateTest, ReplayStopsAtAStoredColourThatDoesNotConvert) {
 }
 
 } // namespace
-
-// A column holds 101 templates. The 102nd is refused before anything is written:
-// the store, the count and the grid stay as the 101st left them, and the other
-// columns keep their own stores.
-TEST_F(TemplateTest, TheHundredAndSecondTemplateIsRefused) {
-    for (int i = 1; i <= kTemplatesPerColumn; ++i)
-        control->AddResourceTemplate(at(8, 0), at(9, 0), "Block " + std::to_string(i), "#FF0000", "4", "N");
-    EXPECT_EQ(count(3), 101);
-    EXPECT_THROW(control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 102", "#00FF00", "4", "Y"),
-                 SubscriptOutOfRange);
-    EXPECT_EQ(count(3), 101);
-    EXPECT_EQ(cell(3, 2, 100), Variant("Block 101"));
-    EXPECT_EQ(view(3).TimeSlotColor(at(9, 0)), view(3).DayBackColor()) << "nothing painted";
-    control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 1", "#00FF00", "5", "Y");
-    EXPECT_EQ(count(4), 1);
-    EXPECT_EQ(view(4).TimeSlotColor(at(9, 0)), kGreen);
-}
