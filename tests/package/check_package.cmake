@@ -1,0 +1,21 @@
+# Installs the built library into a scratch prefix, then configures, builds and
+# runs a host project that finds it with find_package.
+set(prefix ${WORK}/prefix)
+file(REMOVE_RECURSE ${WORK})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix} RESULT_VARIABLE r OUTPUT_QUIET)
+if(NOT r EQUAL 0)
+  message(FATAL_ERROR "install failed")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/consumer -DCMAKE_PREFIX_PATH=${prefix}
+                        -DCMAKE_CXX_COMPILER=${COMPILER} RESULT_VARIABLE r OUTPUT_VARIABLE out ERROR_VARIABLE out)
+if(NOT r EQUAL 0)
+  message(FATAL_ERROR "configure of the host project failed:\n${out}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/consumer RESULT_VARIABLE r OUTPUT_VARIABLE out ERROR_VARIABLE out)
+if(NOT r EQUAL 0)
+  message(FATAL_ERROR "build of the host project failed:\n${out}")
+endif()
+execute_process(COMMAND ${WORK}/consumer/consumer RESULT_VARIABLE r)
+if(NOT r EQUAL 0)
+  message(FATAL_ERROR "the host project failed to run")
+endif()
