@@ -258,9 +258,7 @@ void ctlScheduler::SetAppointmentType(const std::string& strTypeInfo, const std:
 }
 
 DayViewRef ctlScheduler::GetDayView(const std::string& strResourceNumber) const {
-    const int index = textToInteger(strResourceNumber) - 1;
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    return w_.dvwResource[static_cast<std::size_t>(index)];
+    return w_.dvwResource[columnOfNumber(strResourceNumber)];
 }
 
 std::int16_t ctlScheduler::FocusedColumnIndex() const {
