@@ -33,6 +33,15 @@ int PVDayView::pixelsOf(float twips) {
     return static_cast<int>(std::min(std::floor(static_cast<double>(twips) / 15.0), 1.0e6));
 }
 
+// ---- Appointment ----------------------------------------------------------------
+
+void Appointment::setSelected(bool on) {
+    if (on && view_)
+        for (const AppointmentRef& other : view_->appointmentSet().items())
+            other->selected_ = false;
+    selected_ = on;
+}
+
 // ---- AppointmentSet -----------------------------------------------------------
 
 AppointmentSet::~AppointmentSet() {
@@ -73,7 +82,7 @@ AppointmentRef AppointmentSet::Item(std::int32_t key) const {
 void AppointmentSet::Remove(std::int32_t key) {
     const AppointmentRef app = Item(key);
     if (!app) throw InvalidProcedureCall("no appointment with key " + std::to_string(key));
-    view_.runRemove(app);
+    view_.runRemove(app, false);
 }
 
 void AppointmentSet::RemoveAll() {
@@ -98,7 +107,7 @@ AppointmentRef AppointmentSet::HitTest(std::int32_t x, std::int32_t y) const {
 
 AppointmentRef AppointmentSet::GetSelectedAppointment() const {
     for (const AppointmentRef& app : items_)
-        if (app->Selected) return app;
+        if (app->selected_) return app;
     return nullptr;
 }
 
@@ -128,11 +137,13 @@ PVDayView::PVDayView(Platform& platform, std::int16_t index)
 
 PVDayView::~PVDayView() = default;
 
-void PVDayView::setCurrentDate(OleDate d) {
+void PVDayView::setCurrentDate(OleDate d) { moveDate(d, false); }
+
+void PVDayView::moveDate(OleDate d, bool user) {
     const OleDate date = datePart(checkedDate(d));
     const OleDate old = currentDate_;
     currentDate_ = date;
-    if (date != old) raise(DateChange, index_, old);
+    if (date != old) raiseAs(user, [&] { raise(DateChange, index_, old); });
 }
 
 void PVDayView::setIncrements(std::int32_t code) {
@@ -165,11 +176,13 @@ std::int32_t PVDayView::TimeSlotColor(OleDate t) const {
     return colors_[static_cast<std::size_t>(cellOf(t))];
 }
 
-void PVDayView::setTopIndex(OleDate t) {
+void PVDayView::setTopIndex(OleDate t) { moveTop(t, false); }
+
+void PVDayView::moveTop(OleDate t, bool user) {
     checkedDate(t);
     if (t == topIndex_) return;
     topIndex_ = t;
-    raise(TopIndexChange, index_, t);
+    raiseAs(user, [&] { raise(TopIndexChange, index_, t); });
 }
 
 void PVDayView::Undo() {
@@ -218,10 +231,19 @@ std::function<void()> PVDayView::removalOf(const AppointmentRef& app) {
     return [this, app] { set_.detach(app); };
 }
 
-bool PVDayView::runRemove(const AppointmentRef& app) {
+void PVDayView::fromUser(const std::function<void()>& fire) {
+    try {
+        fire();
+    } catch (const RuntimeError& e) {
+        platform_.container.untrappedError(e);
+    }
+}
+
+bool PVDayView::runRemove(const AppointmentRef& app, bool user) {
     const AppointmentRef held = app;
     bool cancelled = false;
-    raiseWithUndo([&cancelled] { cancelled = true; }, [&] { raise(BeforeRemove, index_, held); });
+    raiseWithUndo([&cancelled] { cancelled = true; },
+                  [&] { raiseAs(user, [&] { raise(BeforeRemove, index_, held); }); });
     if (cancelled) return false;
     // The handler may have removed it or emptied the set; detach finds it again.
     if (held->view() != this) return false;

@@ -2,7 +2,9 @@
 // order a real view does, and every raise may re-enter: a handler can remove the
 // appointment being worked on, empty the set or start another gesture. So only
 // shared references are kept across a raise, and after each one the appointment's
-// place in its set is checked again before the gesture goes on with it.
+// place in its set is checked again before the gesture goes on with it. A handler
+// that fails stops itself only: its error goes to the container (fromUser) and
+// the gesture's next event follows.
 
 #include <QuorvaneScheduler/components/day_view.h>
 
@@ -23,20 +25,19 @@ void PVDayView::takeFocus() {
     Container& container = platform_.container;
     if (container.activeControl() == focusName()) return;
     container.setActiveControl(focusName());
-    raise(GotFocus, index_);
+    fromUser([&] { raise(GotFocus, index_); });
 }
 
 bool PVDayView::userClickAt(OleDate t, bool right) {
     const auto point = pointOfTime(t);
     if (!point) return false;
     takeFocus();
-    raise(MouseButton, index_, buttonOf(right), std::int16_t{0}, point->first * kTwipsPerViewPixel,
-          point->second * kTwipsPerViewPixel);
+    pressButton(right, *point);
     if (right) return true;
     // The slot is taken at the view's Increments as they stand after the handlers.
     selectSlotOnly(t);
-    raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t));
-    raise(Click, index_);
+    fromUser([&] { raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
+    fromUser([&] { raise(Click, index_); });
     return true;
 }
 
@@ -45,34 +46,33 @@ bool PVDayView::userClickOn(std::int32_t key, bool right) {
     if (!point) return false;
     const AppointmentRef app = set_.Item(key);
     takeFocus();
-    raise(MouseButton, index_, buttonOf(right), std::int16_t{0}, point->first * kTwipsPerViewPixel,
-          point->second * kTwipsPerViewPixel);
+    pressButton(right, *point);
     if (right) return true;
     // The set as the handlers left it: an appointment they took out of it is not
     // selected again, and one they added loses its selection like any other.
     for (const AppointmentRef& other : set_.items())
-        other->Selected = false;
-    if (app->view() == this) app->Selected = true;
-    raise(Click, index_);
+        other->setSelected(false);
+    if (app->view() == this) app->setSelected(true);
+    fromUser([&] { raise(Click, index_); });
     return true;
 }
 
 bool PVDayView::userDblClickOn(std::int32_t key) {
     if (!userClickOn(key)) return false;
-    raise(DblClick, index_);
+    fromUser([&] { raise(DblClick, index_); });
     return true;
 }
 
 void PVDayView::userSlot(OleDate t) {
     selectSlotOnly(t);
-    raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t));
+    fromUser([&] { raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
 }
 
 bool PVDayView::userType(OleDate t, std::string text) {
     if (!pointOfTime(t)) return false;
     const OleDate start = slotStartOnCurrentDate(t);
     const AppointmentRef app = set_.Add(std::move(text), start, addMinutes(start, slotMinutes()));
-    raiseWithUndo(removalOf(app), [&] { raise(AfterAdd, index_, app); });
+    raiseWithUndo(removalOf(app), [&] { fromUser([&] { raise(AfterAdd, index_, app); }); });
     return true;
 }
 
@@ -81,7 +81,8 @@ bool PVDayView::userResize(std::int32_t key, OleDate end) {
     const AppointmentRef app = set_.Item(key);
     const OleDate oldEnd = app->EndDateTime;
     app->EndDateTime = onDay(app->StartDateTime, end);
-    raiseWithUndo([app, oldEnd] { app->EndDateTime = oldEnd; }, [&] { raise(AfterResize, index_, app); });
+    raiseWithUndo([app, oldEnd] { app->EndDateTime = oldEnd; },
+                  [&] { fromUser([&] { raise(AfterResize, index_, app); }); });
     return true;
 }
 
@@ -90,14 +91,14 @@ bool PVDayView::userResize(std::int32_t key, OleDate end) {
 bool PVDayView::userDelete(std::int32_t key) {
     const AppointmentRef app = set_.Item(key);
     if (!app) return false;
-    runRemove(app);
+    runRemove(app, true);
     return true;
 }
 
 bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     if (!pointOfAppointment(key) || !target.pointOfTime(start)) return false;
     const AppointmentRef original = set_.Item(key);
-    raise(BeforeDrag, index_, original);
+    fromUser([&] { raise(BeforeDrag, index_, original); });
     // A drag whose appointment was taken away while it began has nothing to drop.
     if (original->view() != this) return true;
 
@@ -107,19 +108,28 @@ bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     const AppointmentRef copy = target.set_.Add(original->Text, copyStart, copyEnd);
     copy->Tag = original->Tag;
     copy->BackColor = original->BackColor;
-    target.raiseWithUndo(target.removalOf(copy), [&] { raise(target.AfterAdd, target.index_, copy); });
+    target.raiseWithUndo(target.removalOf(copy),
+                         [&] { target.fromUser([&] { raise(target.AfterAdd, target.index_, copy); }); });
     // A drop that AfterAdd took back (by Undo or otherwise) is no drag to report.
     if (copy->view() == &target)
-        target.raiseWithUndo(target.removalOf(copy), [&] { raise(target.AfterDrag, target.index_, copy); });
+        target.raiseWithUndo(target.removalOf(copy),
+                             [&] { target.fromUser([&] { raise(target.AfterDrag, target.index_, copy); }); });
 
     // The original goes last, by the view's own removal, whatever happened to the
     // drop: a caller restoring a refused drop relies on one BeforeRemove per drag.
-    if (original->view() == this) runRemove(original);
+    if (original->view() == this) runRemove(original, true);
     return true;
 }
 
-void PVDayView::userScroll(OleDate t) { setTopIndex(onDay(currentDate_, t)); }
+void PVDayView::userScroll(OleDate t) { moveTop(onDay(currentDate_, t), true); }
 
-void PVDayView::userDate(OleDate d) { setCurrentDate(d); }
+void PVDayView::userDate(OleDate d) { moveDate(d, true); }
+
+void PVDayView::pressButton(bool right, std::pair<int, int> point) {
+    fromUser([&] {
+        raise(MouseButton, index_, buttonOf(right), std::int16_t{0}, point.first * kTwipsPerViewPixel,
+              point.second * kTwipsPerViewPixel);
+    });
+}
 
 } // namespace quorvane

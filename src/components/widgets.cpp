@@ -52,6 +52,21 @@ void PickList::select(int index) {
     run(onClick);
 }
 
+void TextField::userType(std::string_view typed) {
+    if (!multiLine) typed = typed.substr(0, typed.find_first_of("\r\n"));
+    if (maxLength > 0) {
+        // Characters, not bytes: a UTF-8 sequence counts once and is never cut.
+        int count = 0;
+        std::size_t end = 0;
+        for (; end < typed.size(); ++end) {
+            const bool starts = (static_cast<unsigned char>(typed[end]) & 0xC0) != 0x80;
+            if (starts && ++count > maxLength) break;
+        }
+        typed = typed.substr(0, end);
+    }
+    text = std::string(typed);
+}
+
 void ScrollBar::setMax(std::int16_t m) {
     max = m;
     if (value <= max) return;

@@ -68,7 +68,7 @@ struct DayViewTest : ::testing::Test {
         std::string s;
         for (const AppointmentRef& a : v.appointmentSet().items())
             s +=
-                std::to_string(a->Key()) + ":" + a->Text + (a->Selected ? "*" : "") +
+                std::to_string(a->Key()) + ":" + a->Text + (a->Selected() ? "*" : "") +
                 (times ? "@" + generalDateText(a->StartDateTime) + "-" + shortTimeText(a->EndDateTime) : "") +
                 " ";
         return s;
@@ -216,7 +216,7 @@ TEST_F(AppointmentSetTest, KeysAndRemoveUnderReentrantHandlers) {
 
 TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
-    view.appointmentSet().Add("b", at(11, 0), at(11, 30))->Selected = true;
+    view.appointmentSet().Add("b", at(11, 0), at(11, 30))->setSelected(true);
     EXPECT_EQ(took(view.userClickAt(at(9, 40))),
               "GotFocus(2) MouseButton(2,1,0,1260,1050) TimeSlotSelect(2,1/15/2008 9:30:00 AM) Click(2)");
     EXPECT_EQ(took(view.userClickAt(at(12, 0), true)), "MouseButton(2,2,0,1260,2550)");

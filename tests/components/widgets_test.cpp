@@ -48,6 +48,17 @@ TEST(PickList, SelectionFailuresAndClickCounts) {
     EXPECT_EQ(seen + list.text() + list.list(0), "ranfresh");
 }
 
+// Typing stops at the field's length in characters, never inside one.
+TEST(TextField, TypingKeepsToLengthInCharacters) {
+    TextField f;
+    f.maxLength = 3;
+    f.userType("\xC3\xA9t\xC3\xA9s");
+    EXPECT_EQ(f.text, "\xC3\xA9t\xC3\xA9");
+    f.multiLine = true;
+    f.userType("a\r\nb");
+    EXPECT_EQ(f.text, "a\r\n");
+}
+
 TEST(ScrollBar, MaxPullsValueDownAndValueChecksRange) {
     ScrollBar bar;
     std::string changes; // the max and value each onChange saw

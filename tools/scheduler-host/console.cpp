@@ -104,6 +104,11 @@ Console::Console(std::ostream& out, OleDate today) : out_(out) {
     platform_.container.onPropertyChanged = [this](std::string_view name) {
         emit("changed " + std::string(name));
     };
+    // A handler of the control that failed while a gesture ran: printed at the
+    // gesture's depth, and the widget goes on with the gesture.
+    platform_.container.onUntrappedError = [this](const RuntimeError& e) {
+        emit("! " + std::string(errorKindName(e.kind())));
+    };
     sink_ = std::make_unique<EventsByName>(
         [this](std::string_view name, std::vector<Variant>& args) { onEvent(name, args); });
     control_ = std::make_unique<ctlScheduler>(platform_);

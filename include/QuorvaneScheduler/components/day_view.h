@@ -32,7 +32,11 @@ public:
     OleDate EndDateTime;
     std::string Tag;
     std::int32_t BackColor = 0;
-    bool Selected = false;
+
+    bool Selected() const { return selected_; }
+    // A view selects one appointment at a time: selecting this one takes the
+    // selection from the others of its set.
+    void setSelected(bool on);
 
     std::int32_t Key() const { return key_; }
     // The view whose set holds it, or nullptr once it has left its set.
@@ -41,6 +45,7 @@ public:
 private:
     friend class AppointmentSet;
     std::int32_t key_ = 0;
+    bool selected_ = false;
     PVDayView* view_ = nullptr;
 };
 using AppointmentRef = std::shared_ptr<Appointment>;
@@ -199,9 +204,13 @@ private:
 
     static int cellOf(OleDate t);
     void takeFocus();
+    // MouseButton of a press at a pixel point of the view.
+    void pressButton(bool right, std::pair<int, int> point);
     void selectSlotOnly(OleDate t);
     int minuteOnGrid(OleDate t) const; // minutes of t's time of day from the top row
-    bool runRemove(const AppointmentRef& app);
+    // The view's own removal: BeforeRemove, then the appointment goes unless the
+    // handler called Undo. `user` marks a removal the user's gesture asked for.
+    bool runRemove(const AppointmentRef& app, bool user);
 
     std::pair<int, int> slotCells(OleDate t) const; // first and last cell of the slot holding t
     int slotStartMinute(OleDate t) const;
@@ -213,6 +222,14 @@ private:
     std::optional<std::pair<std::int64_t, std::int64_t>> spanOf(const Appointment& app) const;
     void raiseWithUndo(std::function<void()> record, const std::function<void()>& fire);
     std::function<void()> removalOf(const AppointmentRef& app);
+    // Runs one raise of a user's gesture. A run-time error that a handler left
+    // untrapped goes to the container, and the gesture goes on with its next
+    // event, as a real view keeps raising them.
+    void fromUser(const std::function<void()>& fire);
+    // Raises `fire` as the user's gesture when `user`, else as a plain raise from code.
+    void raiseAs(bool user, const std::function<void()>& fire) { user ? fromUser(fire) : fire(); }
+    void moveDate(OleDate d, bool user);
+    void moveTop(OleDate t, bool user);
 
     Platform& platform_;
     std::int16_t index_;

@@ -11,6 +11,8 @@
 
 namespace quorvane {
 
+class RuntimeError;
+
 enum class MsgBoxButtons { OK, YesNo };
 enum class MsgBoxResult { OK, Yes, No };
 
@@ -60,6 +62,14 @@ public:
     std::function<void(std::string_view)> onPropertyChanged;
     void propertyChanged(std::string_view name) {
         if (onPropertyChanged) onPropertyChanged(name);
+    }
+
+    // A run-time error that a handler of the control left untrapped while a
+    // widget delivered the user's gesture. The widget reports it here and goes
+    // on raising the rest of the gesture's events; without a hook it is dropped.
+    std::function<void(const RuntimeError&)> onUntrappedError;
+    void untrappedError(const RuntimeError& e) {
+        if (onUntrappedError) onUntrappedError(e);
     }
 
 private:

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorvane {
@@ -61,9 +62,17 @@ public:
     std::string text;
     std::int32_t backColor = 0x80000005; // the window colour
     std::int32_t foreColor = 0x80000008; // the window text colour
-    bool locked = false;
+    bool locked = false;                 // read only for the user
+    bool multiLine = false;
+    bool tabStop = true;
+    int maxLength = 0; // characters the user may type; 0 for no limit
     // Key press of the field's own handler, when it has one (character code).
     std::function<void(int)> onKeyPress;
+
+    // The user's typing, which replaces the text: a one-line field keeps the
+    // first line only, and the text stops at maxLength characters. Code that
+    // writes `text` is bound by neither.
+    void userType(std::string_view typed);
 };
 
 class Button : public WidgetBase {
@@ -93,7 +102,9 @@ public:
 
 class MenuItem {
 public:
-    std::string name;
+    static constexpr const char* kSeparator = "-";
+
+    std::string name; // as the container knows it: "mnoPrint", "mnoSchedulePatientType(3)"
     std::string caption;
     std::string tag;
     bool visible = true;
@@ -101,6 +112,8 @@ public:
     bool checked = false;
     std::function<void()> onClick;
     std::vector<MenuItem*> children; // a submenu's items, owned elsewhere
+
+    bool isSeparator() const { return caption == kSeparator; }
 };
 
 // A context menu. Opening it is a request to the host's window; the control
