@@ -88,7 +88,23 @@ struct SchedulerWidgets {
         txtPatPrimaryCoPay, txtPatSecondaryCoPay;
 
     Button cmdTasking, cmdQuickScan, cmdQuickScanI1, cmdQuickScanI2, cmdCalendar, cmdPatientPhoto;
-    Button cmdPatientSearch;
+    Button cmdPatientSearch, cmdOpenPatient, cmdValidatePatient, cmdPrintSuperbill, cmdLegend;
+    // Beside the appointment pane.
+    Button cmdRefProvider, cmdCommentQuickComment, cmdChiefComplainQuickComment, cmdSaveAdditionalAppInfo;
+
+    // mnuRightClickScheduler, on a free part of a column.
+    MenuItem mnoSchedulePatient, mnoSchedulePatientGeneral;
+    std::array<MenuItem, 50> mnoSchedulePatientType; // the menu's indices 1 to 50 at 0 to 49
+    MenuItem mnoFindNextAvailable, mnoSearchAppointments, mnoRecallList, mnoShowToday, mnoWeekView, mnoLine1,
+        mnoPrintDaysFacesheets, mnoPrintDaySuperbills, mnoPrint, mnoLine2, mnoDisplayAll,
+        mnoRefreshAllSchedules;
+    // mnuRightClickSchedulerApp, on an appointment.
+    MenuItem mnoScheduled, mnoConfirm, mnoCheckIn, mnoCheckOut, mnoNoShow, mnoCancelled, mnoHorizontalLine1,
+        mnoAddEditRecurrenceApp, mnoAddToRecallList, mnuRecallList, mnoFindNextAvailableApp,
+        mnoSearchAppointmentsApp, mnoValidatePatientApp, mnoLine3, mnoOfficeCommunication,
+        mnoOpenPatientSetup, mnoOpenPatientHistory, mnoOpenQuickPay, mnoAuthorization, mnoHorizontalLine4,
+        mnoPrintSuperbillApp, mnoPrintFaceSheet, mnoPrintTreatmentPlan, mnoLine4, mnoRefreshAllSchedulesApp,
+        mnoHorizontalLine2, mnoDeleteApp;
 
     PopupMenu mnuRightClickScheduler, mnuRightClickSchedulerApp;
     // Every menu item of both menus and their submenus, by name.
@@ -139,6 +155,32 @@ public:
                   const std::string& strPatEID);
     void SetStatus(const AppointmentRef& app, const std::string& strStatus);
     std::string GetStatus(const AppointmentRef& app) const;
+
+    // The current appointment pane. SetCurrentApp copies an appointment into the
+    // hidden fields; the visible ones are the user's and the host's.
+    void SetCurrentApp(const AppointmentRef& Appointment);
+    void ClearAdditionalAppInfo();
+    // Clears the pane only when the focused column's selected appointment is
+    // another than the one whose key the pane holds.
+    void ClearAdditionalAppInfoOnSelect();
+    void cmdLoad_Click();
+
+    // Booking: a plain booking of the panel's patient into the focused column's
+    // selected slot. The host hears AddApptWithPatient with the control disabled.
+    void ScheduleApp();
+
+    // Status commands: the user's request reaches the host, whose answer paints.
+    void UpdateStatus(const AppointmentRef& app, const std::string& strStatus);
+    void UpdateCurrentAppStatus(const std::string& strStatus);
+    void CheckCurrentAppStatus(const AppointmentRef& app);
+    void mnoConfirm_Click();
+    void mnoCheckIn_Click();
+    void mnoCheckOut_Click();
+    void mnoNoShow_Click();
+
+    // Removes objCurrentApp from the focused column by its key; the view then
+    // asks BeforeRemove, and the question follows.
+    void mnoDeleteApp_Click();
 
     // Column array and layout.
     void ResizeControl(std::int16_t intHeight, std::int16_t intWidth);
@@ -264,6 +306,41 @@ public:
 private:
     void beginBusy();
     void designWidgets();
+    void designMenus();
+    void wireMenus();
+
+    // The day views' events.
+    void dvwResource_GotFocus(std::int16_t Index);
+    void dvwResource_MouseButton(std::int16_t Index, std::int16_t Button, std::int16_t Shift, float X,
+                                 float Y);
+    void dvwResource_Click(std::int16_t Index);
+    void dvwResource_DblClick(std::int16_t Index);
+    void dvwResource_AfterAdd(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_BeforeRemove(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_AfterResize(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_BeforeDrag(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_AfterDrag(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_AppointmentChangeRefused(std::int16_t Index, const AppointmentRef& Appointment);
+    void dvwResource_ViewChangeRefused(std::int16_t Index);
+    // "Error(N-WHAT): this appointment has lost index", N the column number.
+    void lostIndex(std::int16_t Index, const char* what);
+    // A finished change for the host: a busy phase, the pane filled with the
+    // appointment, then the event with the column's resource and number.
+    void handChangeToHost(std::int16_t Index, const AppointmentRef& Appointment,
+                          void (ctlSchedulerEvents::*event)(Str, Str));
+
+    // Booking.
+    void LoadAppointmentTypes(const std::string& strTypeInfo);
+    void mnoSchedulePatientGeneral_Click();
+    void mnoSchedulePatientType_Click(std::int16_t Index);
+    void ScheduleAppWithInfo(const std::string& strDuration, const std::string& strComments,
+                             const std::string& strChiefComplaint, const std::string& strAppointmentTypeID);
+    void clearCommentsForBooking();
+    MenuItem& typeItem(int Index); // mnoSchedulePatientType(Index), Index 1 to 50
+
+    void cmdSaveAdditionalAppInfo_Click();
+    void mnoScheduled_Click();
+    void mnoCancelled_Click();
     // Hooks the control's handlers to the events of its widgets.
     void wireHandlers();
     // The catalogue strings into their tables, and the category lists of the
@@ -306,12 +383,18 @@ private:
 
 // The tag string: appointment id, recurrence id and patient id joined by "~".
 std::string makeTag(const std::string& appId, const std::string& recurrenceId, const std::string& patientId);
-// Field `index` of a tag split on every "~"; SubscriptOutOfRange past the last field.
-std::string tagField(const std::string& tag, int index);
+// Field `index` of a tag split on every "~"; SubscriptOutOfRange past the last
+// field, and for any field of an empty tag.
+std::string tagField(const std::string& tag, std::size_t index);
 // A tag or a recurrence id counts as present when blanks trimmed leave characters.
 bool isPresent(const std::string& text);
 // Blanks trimmed from both ends.
 std::string trimBlanks(const std::string& text);
+// The text split on every `separator`, as the platform splits: an empty text
+// gives no fields at all, so even its field 0 is out of range.
+std::vector<std::string> splitFields(const std::string& text, char separator);
+// Field `index` of split fields; SubscriptOutOfRange past the last.
+std::string fieldAt(const std::vector<std::string>& fields, std::size_t index);
 // The time of day of a date as its general text gives it: the last 11
 // characters, a one-digit hour bringing a leading blank along, or "12:00:00 AM"
 // for a text of 8 characters or fewer. A date-only text of 9 or 10 characters is

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -21,18 +22,27 @@ std::string makeTag(const std::string& appId, const std::string& recurrenceId, c
     return appId + "~" + recurrenceId + "~" + patientId;
 }
 
-// Split on every "~", with no limit and no escape: a "~" inside an identifier
-// shifts the later fields, and nothing here guards against it.
-std::string tagField(const std::string& tag, int index) {
-    if (index < 0) throw SubscriptOutOfRange();
+std::vector<std::string> splitFields(const std::string& text, char separator) {
+    std::vector<std::string> fields;
+    if (text.empty()) return fields;
     std::size_t begin = 0;
-    for (int field = 0;; ++field) {
-        const std::size_t end = tag.find('~', begin);
-        if (field == index)
-            return tag.substr(begin, end == std::string::npos ? std::string::npos : end - begin);
-        if (end == std::string::npos) throw SubscriptOutOfRange();
+    for (;;) {
+        const std::size_t end = text.find(separator, begin);
+        fields.push_back(text.substr(begin, end == std::string::npos ? std::string::npos : end - begin));
+        if (end == std::string::npos) return fields;
         begin = end + 1;
     }
+}
+
+std::string fieldAt(const std::vector<std::string>& fields, std::size_t index) {
+    if (index >= fields.size()) throw SubscriptOutOfRange();
+    return fields[index];
+}
+
+// Split on every "~", with no limit and no escape: a "~" inside an identifier
+// shifts the later fields, and nothing here guards against it.
+std::string tagField(const std::string& tag, std::size_t index) {
+    return fieldAt(splitFields(tag, '~'), index);
 }
 
 void ctlScheduler::AddAppointment(const std::string& strResourceNumber, const std::string& strDescription,

@@ -73,16 +73,42 @@ struct NamedButton {
     Button SchedulerWidgets::*button;
     const char* name;
     bool visible;
+    const char* caption; // empty for a button that shows a picture
+    const char* toolTip;
 };
 const NamedButton kButtons[] = {
-    {&W::cmdTasking, "cmdTasking", false},
-    {&W::cmdQuickScan, "cmdQuickScan", false},
-    {&W::cmdQuickScanI1, "cmdQuickScanI1", false},
-    {&W::cmdQuickScanI2, "cmdQuickScanI2", false},
-    {&W::cmdCalendar, "cmdCalendar", false},
-    {&W::cmdPatientPhoto, "cmdPatientPhoto", false},
-    {&W::cmdPatientSearch, "cmdPatientSearch", true},
+    {&W::cmdTasking, "cmdTasking", false, "", "Open Office Communication Window"},
+    {&W::cmdQuickScan, "cmdQuickScan", false, "", ""},
+    {&W::cmdQuickScanI1, "cmdQuickScanI1", false, "", ""},
+    {&W::cmdQuickScanI2, "cmdQuickScanI2", false, "", ""},
+    {&W::cmdCalendar, "cmdCalendar", false, "", ""},
+    {&W::cmdPatientPhoto, "cmdPatientPhoto", false, "", ""},
+    {&W::cmdPatientSearch, "cmdPatientSearch", true, "...", "Search for a Patient (SHIFT+CTRL+O)"},
+    {&W::cmdOpenPatient, "cmdOpenPatient", true, "", "Open Patient"},
+    {&W::cmdValidatePatient, "cmdValidatePatient", true, "", "Validate Patient"},
+    {&W::cmdPrintSuperbill, "cmdPrintSuperbill", true, "", "Print Patient's Superbill"},
+    {&W::cmdLegend, "cmdLegend", true, "", "Open Template Key"},
+    {&W::cmdRefProvider, "cmdRefProvider", true, "...", ""},
+    {&W::cmdCommentQuickComment, "cmdCommentQuickComment", true, "...",
+     "Open Quick Comment screen for Comments field"},
+    {&W::cmdChiefComplainQuickComment, "cmdChiefComplainQuickComment", true, "...",
+     "Open Quick Comment Screen for Chief Complaint field"},
+    {&W::cmdSaveAdditionalAppInfo, "cmdSaveAdditionalAppInfo", true, "Save",
+     "Save the Referring Provider and Comments for the selected appointment (SHIFT+CTRL+S)"},
 };
+
+// The look of the pane's visible fields.
+void designPane(SchedulerWidgets& w) {
+    constexpr std::int32_t kButtonFace = static_cast<std::int32_t>(0x8000000F);
+    w.txtAppRefProvider.locked = true;
+    w.txtAppRefProvider.tabStop = false;
+    w.txtAppRefProvider.backColor = kButtonFace;
+    w.txtAppPriorAuthNum.maxLength = 25;
+    for (TextField* f : {&w.txtAppChiefComplaint, &w.txtAppComments}) {
+        f->multiLine = true;
+        f->maxLength = 300;
+    }
+}
 
 } // namespace
 
@@ -156,11 +182,14 @@ void ctlScheduler::designWidgets() {
 
     for (const NamedField& f : kTextFields)
         name(w_.*f.field, c, f.name, f.visible);
-    for (const NamedButton& b : kButtons)
-        name(w_.*b.button, c, b.name, b.visible);
-
-    w_.mnuRightClickScheduler.name = "mnuRightClickScheduler";
-    w_.mnuRightClickSchedulerApp.name = "mnuRightClickSchedulerApp";
+    for (const NamedButton& b : kButtons) {
+        Button& button = w_.*b.button;
+        name(button, c, b.name, b.visible);
+        button.caption = b.caption;
+        button.toolTipText = b.toolTip;
+    }
+    designPane(w_);
+    designMenus();
 }
 
 void ctlScheduler::wireHandlers() {
@@ -179,10 +208,28 @@ void ctlScheduler::wireHandlers() {
             dvwResource_TopIndexChange(Index, top);
         };
     }
-    for (const DayViewRef& view : w_.dvwResource)
-        view->TimeSlotSelect = [this](std::int16_t Index, OleDate TimeSlot) {
+    for (const DayViewRef& view : w_.dvwResource) {
+        PVDayView& v = *view;
+        v.TimeSlotSelect = [this](std::int16_t Index, OleDate TimeSlot) {
             dvwResource_TimeSlotSelect(Index, TimeSlot);
         };
+        v.GotFocus = [this](std::int16_t Index) { dvwResource_GotFocus(Index); };
+        v.MouseButton = [this](std::int16_t Index, std::int16_t Button, std::int16_t Shift, float X,
+                               float Y) { dvwResource_MouseButton(Index, Button, Shift, X, Y); };
+        v.Click = [this](std::int16_t Index) { dvwResource_Click(Index); };
+        v.DblClick = [this](std::int16_t Index) { dvwResource_DblClick(Index); };
+        v.AfterAdd = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterAdd(Index, a); };
+        v.BeforeRemove = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeRemove(Index, a); };
+        v.AfterResize = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterResize(Index, a); };
+        v.BeforeDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeDrag(Index, a); };
+        v.AfterDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterDrag(Index, a); };
+        v.AppointmentChangeRefused = [this](std::int16_t Index, AppointmentRef a) {
+            dvwResource_AppointmentChangeRefused(Index, a);
+        };
+        v.ViewChangeRefused = [this](std::int16_t Index) { dvwResource_ViewChangeRefused(Index); };
+    }
+    w_.cmdSaveAdditionalAppInfo.onClick = [this] { cmdSaveAdditionalAppInfo_Click(); };
+    wireMenus();
 }
 
 // Creation, and the public handler of the same name. Run again by a host, it

@@ -12,9 +12,10 @@
 
 namespace quorvane {
 
-void addColumnMembers(std::vector<MemberInfo>& table);    // src/columns
-void addCatalogueMembers(std::vector<MemberInfo>& table); // src/catalogue
-void addSlotMembers(std::vector<MemberInfo>& table);      // src/slots
+void addColumnMembers(std::vector<MemberInfo>& table);      // src/columns
+void addCatalogueMembers(std::vector<MemberInfo>& table);   // src/catalogue
+void addSlotMembers(std::vector<MemberInfo>& table);        // src/slots
+void addAppointmentMembers(std::vector<MemberInfo>& table); // src/appointments
 
 namespace members {
 

@@ -169,6 +169,7 @@ std::vector<MemberInfo> buildTable() {
     addColumnMembers(t);
     addCatalogueMembers(t);
     addSlotMembers(t);
+    addAppointmentMembers(t);
     return t;
 }
 

@@ -54,9 +54,8 @@ TEST_F(AppointmentTest, TagFieldsSplitOnEveryTilde) {
     EXPECT_EQ(tagField("1204~77~5531", 0), "1204");
     EXPECT_EQ(tagField("1204~~5531", 1), "");
     EXPECT_EQ(tagField("12~04~77~5531", 2), "77") << "a tilde in an id shifts the later fields";
-    EXPECT_EQ(tagField("", 0), "");
+    EXPECT_THROW(tagField("", 0), SubscriptOutOfRange) << "an empty tag has no fields at all";
     EXPECT_THROW(tagField("1204", 1), SubscriptOutOfRange);
-    EXPECT_THROW(tagField("a~b", -1), SubscriptOutOfRange);
     EXPECT_FALSE(isPresent("   "));
     EXPECT_TRUE(isPresent(" x "));
     EXPECT_EQ(trimBlanks("  a b  "), "a b");
@@ -89,6 +88,18 @@ TEST_F(AppointmentTest, HostReentersFromInsideEvents) {
     EXPECT_EQ(set(0).Count(), 0);
     EXPECT_EQ(control->GetStatus(held), "Cancelled");
     EXPECT_EQ(held->view(), nullptr);
+}
+
+// What a view reports as refused, the control takes back at once.
+TEST_F(AppointmentTest, RefusedChangesAreTakenBack) {
+    PVDayView& view = *control->widgets().dvwResource[1];
+    view.AfterAdd = [&](std::int16_t i, AppointmentRef a) { view.AppointmentChangeRefused(i, a); };
+    view.userType(at(9, 0), "Walk-in");
+    EXPECT_EQ(view.appointmentSet().Count(), 0);
+    view.AfterResize = [&](std::int16_t i, AppointmentRef) { view.ViewChangeRefused(i); };
+    const AppointmentRef app = view.appointmentSet().Add("Visit", at(9, 0), at(9, 30));
+    view.userResize(app->Key(), at(10, 0));
+    EXPECT_EQ(app->EndDateTime, at(9, 30));
 }
 
 TEST(EventTable, ThirtySevenEventsInInterfaceOrder) {

@@ -72,6 +72,7 @@ private:
     Variant stateField(const Segment& field);
     Variant dayViewMember(PVDayView& view, const Chain& path);
     Variant appointmentField(const Appointment& app, const Segment& field);
+    Variant menuItemProperty(const MenuItem& item, const Chain& path);
 
     // Gestures (gestures.cpp).
     void doGesture(const Gesture& g);

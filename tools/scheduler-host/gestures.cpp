@@ -48,6 +48,7 @@ void Console::doGesture(const Gesture& g) {
         }
         MenuItem* item = findShown(menu->items, name);
         if (!item) throw ScriptError("'" + name + "' is not shown in " + menu->name);
+        if (item->isSeparator()) throw ScriptError("'" + name + "' is a separator");
         if (!control_->UserControlEnabled() || !item->enabled) return emit("~ disabled");
         if (item->onClick) item->onClick();
         return;
@@ -133,7 +134,7 @@ void Console::doGesture(const Gesture& g) {
         const std::string text = textValue(evaluate(g.values.at(0)));
         if (!enabled) return emit("~ disabled");
         if (!field->visible) return emit("~ hidden");
-        field->text = text;
+        field->userType(text);
         return;
     }
     throw ScriptError("no gesture " + a + " on '" + target.name + "'");

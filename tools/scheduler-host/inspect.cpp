@@ -59,7 +59,7 @@ void Console::inspect(const Chain& path) {
                      " Start=" + printValue(Variant(app->StartDateTime)) +
                      " End=" + printValue(Variant(app->EndDateTime)) + " Tag=" + quote(app->Tag) +
                      " BackColor=" + std::to_string(app->BackColor) +
-                     " Selected=" + (app->Selected ? "True" : "False"));
+                     " Selected=" + (app->Selected() ? "True" : "False"));
             return;
         }
         emit("= " + printValue(dayViewMember(*view, path)));
@@ -132,7 +132,7 @@ Variant Console::appointmentField(const Appointment& app, const Segment& f) {
     if (n == "Tag") return Variant(app.Tag);
     if (n == "Key") return Variant(app.Key());
     if (n == "BackColor") return Variant(app.BackColor);
-    if (n == "Selected") return Variant(app.Selected);
+    if (n == "Selected") return Variant(app.Selected());
     throw ScriptError("appointments have no field '" + n + "'");
 }
 
@@ -252,7 +252,15 @@ Variant Console::widgetProperty(const Chain& path) {
         if (common(*list, prop.name, out)) return out;
         nothing(path);
     }
-    if (head.hasArgs) nothing(path);
+    if (head.hasArgs) {
+        // Menu items of a control array: mnoSchedulePatientType(1) to (50).
+        if (head.args.size() != 1) nothing(path);
+        const std::string element =
+            head.name + "(" + std::to_string(wholeNumber(head.args[0], "the menu index")) + ")";
+        if (MenuItem* item = control_->findMenuItem(element)) return menuItemProperty(*item, path);
+        if (control_->findMenuItem(head.name + "(1)")) throw SubscriptOutOfRange();
+        nothing(path);
+    }
     if (head.name == "calCalendar") {
         if (prop.name == "DateSelected") {
             if (prop.args.size() != 1) throw ScriptError("DateSelected takes one date");
@@ -285,14 +293,18 @@ Variant Console::widgetProperty(const Chain& path) {
         if (common(*button, prop.name, out)) return out;
         nothing(path);
     }
-    if (MenuItem* item = control_->findMenuItem(head.name)) {
-        if (prop.name == "Caption") return Variant(item->caption);
-        if (prop.name == "Checked") return Variant(item->checked);
-        if (prop.name == "Visible") return Variant(item->visible);
-        if (prop.name == "Enabled") return Variant(item->enabled);
-        if (prop.name == "Tag") return Variant(item->tag);
-        nothing(path);
-    }
+    if (MenuItem* item = control_->findMenuItem(head.name)) return menuItemProperty(*item, path);
+    nothing(path);
+}
+
+Variant Console::menuItemProperty(const MenuItem& item, const Chain& path) {
+    const Segment& prop = path[1];
+    noArgs(prop);
+    if (prop.name == "Caption") return Variant(item.caption);
+    if (prop.name == "Checked") return Variant(item.checked);
+    if (prop.name == "Visible") return Variant(item.visible);
+    if (prop.name == "Enabled") return Variant(item.enabled);
+    if (prop.name == "Tag") return Variant(item.tag);
     nothing(path);
 }
 
