@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -109,6 +110,15 @@ struct SchedulerWidgets {
     PopupMenu mnuRightClickScheduler, mnuRightClickSchedulerApp;
     // Every menu item of both menus and their submenus, by name.
     std::vector<MenuItem*> menuItems;
+
+    // txtPatEID and the fields of the patient panel, in the order a clearing empties them.
+    std::array<TextField*, 20> patientFields() {
+        return {&txtPatEID,       &txtPatName,         &txtPatHomePhone,    &txtPatHomePhoneExt,
+                &txtPatWorkPhone, &txtPatWorkPhoneExt, &txtPatOtherPhone,   &txtPatOtherPhoneExt,
+                &txtPatPriIns,    &txtPatSecIns,       &txtPatChartNumber,  &txtPatPCP,
+                &txtPatBalance30, &txtPatBalance60,    &txtPatBalance90,    &txtPatBalance180,
+                &txtPatSex,       &txtPatDOB,          &txtPatPrimaryCoPay, &txtPatSecondaryCoPay};
+    }
 };
 
 class ctlScheduler {
@@ -181,6 +191,32 @@ public:
     // Removes objCurrentApp from the focused column by its key; the view then
     // asks BeforeRemove, and the question follows.
     void mnoDeleteApp_Click();
+
+    // The patient panel. The host writes the Pat... properties, then calls
+    // PatientLoaded, which applies the insurance, notice and photo rules.
+    void PatientLoaded();
+    void ClearPatient();
+    void cmdClear_Click() { ClearPatient(); }
+
+    // Commands a host may run as the user would.
+    void cmdOpenPatient_Click();
+    void cmdPatientSearch_Click();
+    void cmdValidatePatient_Click();
+    void NextAvailableClick();
+    void mnoFindNextAvailable_Click() { NextAvailableClick(); }
+    void mnoFindNextAvailableApp_Click() { NextAvailableClick(); }
+    void mnoSearchAppointments_Click();
+    void mnoSearchAppointmentsApp_Click() { mnoSearchAppointments_Click(); }
+    void mnoAddEditRecurrenceApp_Click();
+    void mnoRefreshAllSchedules_Click();
+    void mnoRefreshAllSchedulesApp_Click() { mnoRefreshAllSchedules_Click(); }
+    void mnoPrintSuperbillApp_Click();
+
+    // A key the user presses while `focused` has the focus (nullptr when no text
+    // field has it): the control sees it first, then the field. A handler that
+    // moves the focus does not redirect the press, and a handler that fails
+    // reports to the container and lets the field have the key all the same.
+    void userKeyPress(int code, TextField* focused);
 
     // Column array and layout.
     void ResizeControl(std::int16_t intHeight, std::int16_t intWidth);
@@ -341,6 +377,33 @@ private:
     void cmdSaveAdditionalAppInfo_Click();
     void mnoScheduled_Click();
     void mnoCancelled_Click();
+
+    // The patient panel.
+    void ShowInsuranceState();
+    void ShowPatientNotice();
+    void ShowPhotoState();
+    void cmdCalendar_Click();
+    void cmdPatientPhoto_Click();
+    void RaiseQuickScan(std::int16_t intScanNumber);
+
+    // Command routing.
+    void wireCommands();
+    void UserControl_KeyPress(std::int16_t KeyAscii);
+    void cmdCommentQuickComment_Click();
+    void cmdChiefComplainQuickComment_Click();
+    void panelPatientCommand(void (ctlSchedulerEvents::*raise)(Str)); // needs txtPatEID
+    void quickComments(const TextField& field, const char* type);     // needs a chart number
+    void mnoPrintDaysFacesheets_Click();
+    void mnoPrintDaySuperbills_Click();
+    // The ten appointment commands: the tag of objCurrentApp must be present and
+    // name a patient; `raise` gets its appointment id and patient id.
+    void appointmentCommand(
+        const std::function<void(const std::string& appId, const std::string& patientId)>& raise);
+    // The CurrentDate of the focused column's view, as text.
+    std::string focusedScheduleDate() const;
+    // Runs one handler of a user's gesture; a run-time error it leaves untrapped
+    // goes to the container.
+    void fromUser(const std::function<void()>& handler);
     // Hooks the control's handlers to the events of its widgets.
     void wireHandlers();
     // The catalogue strings into their tables, and the category lists of the

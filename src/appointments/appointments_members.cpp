@@ -8,14 +8,6 @@ using namespace members;
 
 namespace {
 
-// A method without arguments whose result, if it declares one, stays empty.
-MemberInfo command(const char* name, T result, void (ctlScheduler::*run)()) {
-    return method(name, {}, result, [run](ctlScheduler& c, Args) {
-        (c.*run)();
-        return Variant();
-    });
-}
-
 MemberInfo onAppointment(const char* name, const char* param,
                          void (ctlScheduler::*run)(const AppointmentRef&)) {
     return method(name, {{param, T::Appointment, true}}, T::Variant, [run](ctlScheduler& c, Args a) {

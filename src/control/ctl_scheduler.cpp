@@ -29,6 +29,7 @@ struct NamedField {
     TextField SchedulerWidgets::*field;
     const char* name;
     bool visible;
+    const char* label = ""; // the caption beside it; one label stands over the four balances
 };
 using W = SchedulerWidgets;
 const NamedField kTextFields[] = {
@@ -42,30 +43,30 @@ const NamedField kTextFields[] = {
     {&W::txtAppDuration, "txtAppDuration", false},
     {&W::txtAppRecurrenceId, "txtAppRecurrenceId", false},
     {&W::txtAppRefProviderEID, "txtAppRefProviderEID", false},
-    {&W::txtAppComments, "txtAppComments", true},
-    {&W::txtAppChiefComplaint, "txtAppChiefComplaint", true},
-    {&W::txtAppRefProvider, "txtAppRefProvider", true},
-    {&W::txtAppPriorAuthNum, "txtAppPriorAuthNum", true},
+    {&W::txtAppComments, "txtAppComments", true, "Comments"},
+    {&W::txtAppChiefComplaint, "txtAppChiefComplaint", true, "Chief Complaint"},
+    {&W::txtAppRefProvider, "txtAppRefProvider", true, "Ref Provider"},
+    {&W::txtAppPriorAuthNum, "txtAppPriorAuthNum", true, "Prior Auth #"},
     {&W::txtPatEID, "txtPatEID", false},
-    {&W::txtPatName, "txtPatName", true},
-    {&W::txtPatHomePhone, "txtPatHomePhone", true},
-    {&W::txtPatHomePhoneExt, "txtPatHomePhoneExt", true},
-    {&W::txtPatWorkPhone, "txtPatWorkPhone", true},
-    {&W::txtPatWorkPhoneExt, "txtPatWorkPhoneExt", true},
-    {&W::txtPatOtherPhone, "txtPatOtherPhone", true},
-    {&W::txtPatOtherPhoneExt, "txtPatOtherPhoneExt", true},
-    {&W::txtPatPriIns, "txtPatPriIns", true},
-    {&W::txtPatSecIns, "txtPatSecIns", true},
-    {&W::txtPatChartNumber, "txtPatChartNumber", true},
-    {&W::txtPatPCP, "txtPatPCP", true},
-    {&W::txtPatBalance30, "txtPatBalance30", true},
+    {&W::txtPatName, "txtPatName", true, "Patient"},
+    {&W::txtPatHomePhone, "txtPatHomePhone", true, "Home Phone"},
+    {&W::txtPatHomePhoneExt, "txtPatHomePhoneExt", true, "Ext"},
+    {&W::txtPatWorkPhone, "txtPatWorkPhone", true, "Work Phone"},
+    {&W::txtPatWorkPhoneExt, "txtPatWorkPhoneExt", true, "Ext"},
+    {&W::txtPatOtherPhone, "txtPatOtherPhone", true, "Other Phone"},
+    {&W::txtPatOtherPhoneExt, "txtPatOtherPhoneExt", true, "Ext"},
+    {&W::txtPatPriIns, "txtPatPriIns", true, "Primary Ins"},
+    {&W::txtPatSecIns, "txtPatSecIns", true, "Secondary Ins"},
+    {&W::txtPatChartNumber, "txtPatChartNumber", true, "Chart #"},
+    {&W::txtPatPCP, "txtPatPCP", true, "PCP"},
+    {&W::txtPatBalance30, "txtPatBalance30", true, "30/60/90/91+"},
     {&W::txtPatBalance60, "txtPatBalance60", true},
     {&W::txtPatBalance90, "txtPatBalance90", true},
     {&W::txtPatBalance180, "txtPatBalance180", true},
-    {&W::txtPatSex, "txtPatSex", true},
-    {&W::txtPatDOB, "txtPatDOB", true},
-    {&W::txtPatPrimaryCoPay, "txtPatPrimaryCoPay", true},
-    {&W::txtPatSecondaryCoPay, "txtPatSecondaryCoPay", true},
+    {&W::txtPatSex, "txtPatSex", true, "Sex"},
+    {&W::txtPatDOB, "txtPatDOB", true, "DOB"},
+    {&W::txtPatPrimaryCoPay, "txtPatPrimaryCoPay", true, "CoPay"},
+    {&W::txtPatSecondaryCoPay, "txtPatSecondaryCoPay", true, "CoPay"},
     {&W::txtResourceFocus, "txtResourceFocus", false},
 };
 
@@ -78,11 +79,11 @@ struct NamedButton {
 };
 const NamedButton kButtons[] = {
     {&W::cmdTasking, "cmdTasking", false, "", "Open Office Communication Window"},
-    {&W::cmdQuickScan, "cmdQuickScan", false, "", ""},
-    {&W::cmdQuickScanI1, "cmdQuickScanI1", false, "", ""},
-    {&W::cmdQuickScanI2, "cmdQuickScanI2", false, "", ""},
-    {&W::cmdCalendar, "cmdCalendar", false, "", ""},
-    {&W::cmdPatientPhoto, "cmdPatientPhoto", false, "", ""},
+    {&W::cmdQuickScan, "cmdQuickScan", false, "", "Open Quick Scan Window"},
+    {&W::cmdQuickScanI1, "cmdQuickScanI1", false, "", "Open Quick Scan Window"},
+    {&W::cmdQuickScanI2, "cmdQuickScanI2", false, "", "Open Quick Scan Window"},
+    {&W::cmdCalendar, "cmdCalendar", false, "", "Display Calendar"},
+    {&W::cmdPatientPhoto, "cmdPatientPhoto", false, "", "Display Patient Photo"},
     {&W::cmdPatientSearch, "cmdPatientSearch", true, "...", "Search for a Patient (SHIFT+CTRL+O)"},
     {&W::cmdOpenPatient, "cmdOpenPatient", true, "", "Open Patient"},
     {&W::cmdValidatePatient, "cmdValidatePatient", true, "", "Validate Patient"},
@@ -97,17 +98,26 @@ const NamedButton kButtons[] = {
      "Save the Referring Provider and Comments for the selected appointment (SHIFT+CTRL+S)"},
 };
 
-// The look of the pane's visible fields.
-void designPane(SchedulerWidgets& w) {
-    constexpr std::int32_t kButtonFace = static_cast<std::int32_t>(0x8000000F);
-    w.txtAppRefProvider.locked = true;
-    w.txtAppRefProvider.tabStop = false;
-    w.txtAppRefProvider.backColor = kButtonFace;
+// Fields the user reads but does not edit: no tab stop, the button face behind.
+void readOnly(TextField& f) {
+    f.locked = true;
+    f.tabStop = false;
+    f.backColor = TextField::kButtonFace;
+}
+
+// The look of the pane's and the patient panel's visible fields.
+void designFields(SchedulerWidgets& w) {
+    readOnly(w.txtAppRefProvider);
     w.txtAppPriorAuthNum.maxLength = 25;
     for (TextField* f : {&w.txtAppChiefComplaint, &w.txtAppComments}) {
         f->multiLine = true;
         f->maxLength = 300;
     }
+    for (TextField* f : w.patientFields())
+        readOnly(*f);
+    for (TextField* f : {&w.txtPatPrimaryCoPay, &w.txtPatSecondaryCoPay, &w.txtPatBalance30,
+                         &w.txtPatBalance60, &w.txtPatBalance90, &w.txtPatBalance180})
+        f->rightAligned = true;
 }
 
 } // namespace
@@ -180,15 +190,17 @@ void ctlScheduler::designWidgets() {
 
     w_.txtResourceFocus.text = "1";
 
-    for (const NamedField& f : kTextFields)
+    for (const NamedField& f : kTextFields) {
         name(w_.*f.field, c, f.name, f.visible);
+        (w_.*f.field).label = f.label;
+    }
     for (const NamedButton& b : kButtons) {
         Button& button = w_.*b.button;
         name(button, c, b.name, b.visible);
         button.caption = b.caption;
         button.toolTipText = b.toolTip;
     }
-    designPane(w_);
+    designFields(w_);
     designMenus();
 }
 
@@ -230,6 +242,7 @@ void ctlScheduler::wireHandlers() {
     }
     w_.cmdSaveAdditionalAppInfo.onClick = [this] { cmdSaveAdditionalAppInfo_Click(); };
     wireMenus();
+    wireCommands();
 }
 
 // Creation, and the public handler of the same name. Run again by a host, it

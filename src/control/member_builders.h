@@ -16,6 +16,7 @@ void addColumnMembers(std::vector<MemberInfo>& table);      // src/columns
 void addCatalogueMembers(std::vector<MemberInfo>& table);   // src/catalogue
 void addSlotMembers(std::vector<MemberInfo>& table);        // src/slots
 void addAppointmentMembers(std::vector<MemberInfo>& table); // src/appointments
+void addPatientMembers(std::vector<MemberInfo>& table);     // src/patient
 
 namespace members {
 
@@ -71,6 +72,14 @@ inline MemberInfo setter(std::string name, T type, std::function<void(ctlSchedul
 inline MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
                          std::function<Variant(ctlScheduler&, Args)> run) {
     return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};
+}
+
+// A method without arguments whose result, if it declares one, stays empty.
+inline MemberInfo command(std::string name, T result, void (ctlScheduler::*run)()) {
+    return method(std::move(name), {}, result, [run](ctlScheduler& c, Args) {
+        (c.*run)();
+        return Variant();
+    });
 }
 
 } // namespace members

@@ -170,6 +170,7 @@ std::vector<MemberInfo> buildTable() {
     addCatalogueMembers(t);
     addSlotMembers(t);
     addAppointmentMembers(t);
+    addPatientMembers(t);
     return t;
 }
 

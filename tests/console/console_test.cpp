@@ -141,6 +141,20 @@ TEST(ConsoleRun, ScriptErrorStopsWithNameAndLine) {
     }
 }
 
+// Only what the open menu shows can be picked, and never one of its lines.
+TEST(ConsoleRun, MenuPicksOnlyWhatTheOpenMenuShows) {
+    const std::string open = "set ResourceGroupViews = \"1~M~1~1\"\nset ResourceGroupDefaults = \"1~M~5~1\"\n"
+                             "set ResourceGroups = \"1~M~Y~5~R~C~S\"\nuser rightclick dvwResource(0) at #8:00 AM#\n";
+    for (const char* pick : {"mnoDeleteApp", "mnoLine1", "mnoSchedulePatientType(1)", "mnoSchedulePatientType(51)"}) {
+        const ScriptRun r = runScript(open + "user menu " + pick + "\n");
+        EXPECT_EQ(r.status, 2) << pick;
+        EXPECT_EQ(r.err.rfind("s.host:5: ", 0), 0u) << pick << " -> " << r.err;
+    }
+    EXPECT_EQ(runScript(open + "user menu mnoRecallList\nuser menu mnoRecallList\n").err,
+              "s.host:6: no context menu is open\n")
+        << "a pick closes the menu";
+}
+
 // Handlers run inside the raise, indented one level per nesting, with $N and
 // ${NAME} substituted when each handler command runs.
 TEST(ConsoleRun, HandlersNestInsideTheRaise) {

@@ -104,7 +104,8 @@ void Console::doGesture(const Gesture& g) {
         }
         if (!enabled) return emit("~ disabled");
         if (field && !field->visible) return emit("~ hidden");
-        if (field && field->onKeyPress) field->onKeyPress(code);
+        if (g.hasTarget) field->setFocus();
+        control_->userKeyPress(code, field);
         return;
     }
     if (target.hasArgs) throw ScriptError("'" + target.name + "(...)' takes no gesture " + a);

@@ -59,12 +59,16 @@ private:
 
 class TextField : public WidgetBase {
 public:
+    static constexpr std::int32_t kButtonFace = static_cast<std::int32_t>(0x8000000F);
+
     std::string text;
+    std::string label;                   // the caption of the label beside the field, if any
     std::int32_t backColor = 0x80000005; // the window colour
     std::int32_t foreColor = 0x80000008; // the window text colour
     bool locked = false;                 // read only for the user
     bool multiLine = false;
     bool tabStop = true;
+    bool rightAligned = false;
     int maxLength = 0; // characters the user may type; 0 for no limit
     // Key press of the field's own handler, when it has one (character code).
     std::function<void(int)> onKeyPress;
