@@ -6,6 +6,7 @@
 
 #include <QuorvaneScheduler/components/day_view.h>
 #include <QuorvaneScheduler/components/platform.h>
+#include <QuorvaneScheduler/components/week_view.h>
 #include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/events.h>
 #include <QuorvaneScheduler/string_table.h>
@@ -62,8 +63,17 @@ struct SchedulerState {
     std::array<OleDate, 12> dtLastSlot{};
 };
 
+// The week form: one resource's week, filled by the host and shown modally.
+struct WeekViewForm : Form {
+    explicit WeekViewForm(Platform& platform) : wvwWeekView(platform) {}
+    Label Label1;
+    TextField txtResource;
+    IGWeekView wvwWeekView;
+    Button cmdClose;
+};
+
 // Every widget of the control. All exist from creation; none is created or
-// destroyed later.
+// destroyed later, but for the week form, which is made at its first use.
 struct SchedulerWidgets {
     std::array<DayViewRef, kColumns> dvwResource;
     std::array<PickList, kColumns> cmbResourceCatType;
@@ -110,6 +120,8 @@ struct SchedulerWidgets {
     PopupMenu mnuRightClickScheduler, mnuRightClickSchedulerApp;
     // Every menu item of both menus and their submenus, by name.
     std::vector<MenuItem*> menuItems;
+
+    std::unique_ptr<WeekViewForm> frmWeekView; // none until its first use
 
     // txtPatEID and the fields of the patient panel, in the order a clearing empties them.
     std::array<TextField*, 20> patientFields() {
@@ -217,6 +229,30 @@ public:
     // moves the focus does not redirect the press, and a handler that fails
     // reports to the container and lets the field have the key all the same.
     void userKeyPress(int code, TextField* focused);
+
+    // The week view: the host fills the prepared form inside or after OnWeekLoad
+    // and shows it with ShowWkvw. Days count from 1 for appointments and from 0
+    // for templates.
+    void mnoWeekView_Click();
+    void LoadWeekView(const std::string& strScheduledEID, const std::string& strScheduledName,
+                      OleDate dtCurrentDate);
+    // Returns when the user has closed the form.
+    void ShowWkvw();
+    void AddWkvwAppointment(const std::string& strResourceNumber, const std::string& strDescription,
+                            OleDate dtStartDateTime, OleDate dtEndDateTime, const std::string& strAppID,
+                            const std::string& strStatus, std::int16_t intDayOfWeek);
+    void ClearWeekView();
+    // Take the leading "#" off the caller's colour; AddTemplateWeekview also moves
+    // the caller's end one minute back.
+    void AddAllDayTemplateWeekview(std::string& strColor, std::int16_t intDay);
+    void AddTemplateWeekview(const Variant& intDay, const OleDate& dtStartDateTime, OleDate& dtEndDateTime,
+                             const std::string& strDescription, std::string& strColor);
+    void RefreshTimeslotsWeekview(std::int16_t intDay);
+    // The week form, made at its first use.
+    WeekViewForm& frmWeekView();
+
+    // The printout: the day of the focused column described for the host's PrintDay.
+    void mnoPrint_Click();
 
     // Column array and layout.
     void ResizeControl(std::int16_t intHeight, std::int16_t intWidth);
@@ -377,6 +413,18 @@ private:
     void cmdSaveAdditionalAppInfo_Click();
     void mnoScheduled_Click();
     void mnoCancelled_Click();
+
+    // The week form's own routines.
+    void ClearWkvw();
+    void cmdClose_Click();
+    // Steps shared by the paints of templates: the colour value, the end one minute
+    // back, and both times reduced to their time of day.
+    struct TemplatePaint {
+        OleDate start, end;
+        std::int32_t colour;
+    };
+    TemplatePaint prepareTemplatePaint(const OleDate& dtStartDateTime, OleDate& dtEndDateTime,
+                                       std::string& strColor);
 
     // The patient panel.
     void ShowInsuranceState();

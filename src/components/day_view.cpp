@@ -61,22 +61,26 @@ AppointmentRef AppointmentSet::Add(std::string text, OleDate start, OleDate end)
     app->BackColor = PVDayView::kDefaultAppointmentColor;
     app->key_ = nextKey_;
     nextKey_ = nextKey_ == std::numeric_limits<std::int32_t>::max() ? 0 : nextKey_ + 1;
-    insertAt(items_.size(), app);
+    append(app);
     return app;
 }
 
 AppointmentRef AppointmentSet::FirstAppointment() const { return items_.empty() ? nullptr : items_.front(); }
 
 AppointmentRef AppointmentSet::NextAppointment(const AppointmentRef& app) const {
-    const auto it = std::find(items_.begin(), items_.end(), app);
-    if (!app || it == items_.end() || std::next(it) == items_.end()) return nullptr;
-    return *std::next(it);
+    if (!app) return nullptr;
+    if (app->view_ == &view_) return app->index_ + 1 < items_.size() ? items_[app->index_ + 1] : nullptr;
+    // Followers only ever come later in the set, so the chain ends.
+    for (AppointmentRef next = app->follower_.lock(); next; next = next->follower_.lock())
+        if (next->view_ == &view_) return next;
+    return nullptr;
 }
 
+// Keys grow with every Add and a set only ever appends, so the set is in key order.
 AppointmentRef AppointmentSet::Item(std::int32_t key) const {
-    for (const AppointmentRef& app : items_)
-        if (app->key_ == key) return app;
-    return nullptr;
+    const auto it = std::lower_bound(items_.begin(), items_.end(), key,
+                                     [](const AppointmentRef& a, std::int32_t k) { return a->key_ < k; });
+    return it != items_.end() && (*it)->key_ == key ? *it : nullptr;
 }
 
 void AppointmentSet::Remove(std::int32_t key) {
@@ -111,18 +115,21 @@ AppointmentRef AppointmentSet::GetSelectedAppointment() const {
     return nullptr;
 }
 
-void AppointmentSet::insertAt(std::size_t pos, const AppointmentRef& app) {
-    const AppointmentRef held = app;
-    items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(std::min(pos, items_.size())), held);
-    held->view_ = &view_;
+void AppointmentSet::append(const AppointmentRef& app) {
+    app->index_ = items_.size();
+    app->view_ = &view_;
+    items_.push_back(app);
 }
 
 void AppointmentSet::detach(const AppointmentRef& app) {
     // A copy: the argument may be an element of items_ itself.
     const AppointmentRef held = app;
-    const auto it = std::find(items_.begin(), items_.end(), held);
-    if (it == items_.end()) return;
-    items_.erase(it);
+    if (held->view_ != &view_) return;
+    const std::size_t pos = held->index_;
+    held->follower_ = pos + 1 < items_.size() ? items_[pos + 1] : nullptr;
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(pos));
+    for (std::size_t i = pos; i < items_.size(); ++i)
+        items_[i]->index_ = i;
     held->view_ = nullptr;
 }
 
@@ -144,6 +151,11 @@ void PVDayView::moveDate(OleDate d, bool user) {
     const OleDate old = currentDate_;
     currentDate_ = date;
     if (date != old) raiseAs(user, [&] { raise(DateChange, index_, old); });
+}
+
+void PVDayView::setBusinessHours(OleDate begin, OleDate end) {
+    businessBegin_ = timePart(checkedDate(begin));
+    businessEnd_ = timePart(checkedDate(end));
 }
 
 void PVDayView::setIncrements(std::int32_t code) {

@@ -171,6 +171,7 @@ std::vector<MemberInfo> buildTable() {
     addSlotMembers(t);
     addAppointmentMembers(t);
     addPatientMembers(t);
+    addWeekViewMembers(t);
     return t;
 }
 

@@ -106,6 +106,8 @@ void ctlScheduler::wireMenus() {
     for (int i = 1; i <= static_cast<int>(w_.mnoSchedulePatientType.size()); ++i)
         typeItem(i).onClick = [this, i] { mnoSchedulePatientType_Click(static_cast<std::int16_t>(i)); };
     w_.mnoShowToday.onClick = [this] { mnoShowToday_Click(); };
+    w_.mnoWeekView.onClick = [this] { mnoWeekView_Click(); };
+    w_.mnoPrint.onClick = [this] { mnoPrint_Click(); };
 
     w_.mnoScheduled.onClick = [this] { mnoScheduled_Click(); };
     w_.mnoConfirm.onClick = [this] { mnoConfirm_Click(); };

@@ -53,20 +53,25 @@ std::int32_t ctlScheduler::vbRGBVal(std::string& WebRGBString) {
 // The steps up to the column lookup act on the caller's own variables, so a
 // host that passes a bad column number still finds its colour without the "#"
 // and its end one minute earlier.
-void ctlScheduler::AddExistingTemplate(const OleDate& dtStartDateTime, OleDate& dtEndDateTime,
-                                       const std::string& /*strDescription*/, std::string& strColor,
-                                       const std::string& strResourceNumber) {
+ctlScheduler::TemplatePaint ctlScheduler::prepareTemplatePaint(const OleDate& dtStartDateTime,
+                                                               OleDate& dtEndDateTime,
+                                                               std::string& strColor) {
     const std::int32_t colour = vbRGBVal(strColor);
     // The view colours both ends of the range, so a block up to 10:00 would
     // otherwise take the 10:00 slot as well.
     dtEndDateTime = addMinutes(dtEndDateTime, -1);
-    const OleDate start = paintTime(dtStartDateTime);
-    const OleDate end = paintTime(dtEndDateTime);
+    return {paintTime(dtStartDateTime), paintTime(dtEndDateTime), colour};
+}
+
+void ctlScheduler::AddExistingTemplate(const OleDate& dtStartDateTime, OleDate& dtEndDateTime,
+                                       const std::string& /*strDescription*/, std::string& strColor,
+                                       const std::string& strResourceNumber) {
+    const TemplatePaint paint = prepareTemplatePaint(dtStartDateTime, dtEndDateTime, strColor);
     PVDayView& view = *GetDayView(strResourceNumber);
     // Painted on the 5-minute grid, so a block keeps its own edges whatever slot
     // length the column shows; the list then puts the column's length back.
     view.setIncrements(4);
-    view.setTimeSlotColor(start, end, colour);
+    view.setTimeSlotColor(paint.start, paint.end, paint.colour);
     SetDayViewIncrement(w_.cmbDayIncrement[static_cast<std::size_t>(view.Index())], view);
 }
 

@@ -63,11 +63,13 @@ std::string printValue(const Variant& v) {
         if (!o) return "Nothing";
         if (auto app = std::dynamic_pointer_cast<Appointment>(o)) {
             const PVDayView* view = app->view();
-            return "app(" + (view ? std::to_string(view->Index()) : std::string("-")) + ", " +
+            return std::string(view && view->weekDay ? "wapp(" : "app(") +
+                   (view ? std::to_string(view->Index()) : std::string("-")) + ", " +
                    std::to_string(app->Key()) + ")";
         }
         if (auto view = std::dynamic_pointer_cast<PVDayView>(o))
-            return "dvwResource(" + std::to_string(view->Index()) + ")";
+            return (view->weekDay ? "wvwWeekView.Days(" : "dvwResource(") + std::to_string(view->Index()) +
+                   ")";
         return "Object";
     }
     }
@@ -113,6 +115,11 @@ Console::Console(std::ostream& out, OleDate today) : out_(out) {
         [this](std::string_view name, std::vector<Variant>& args) { onEvent(name, args); });
     control_ = std::make_unique<ctlScheduler>(platform_);
     control_->setEventSink(sink_.get());
+    // The user reads the week and closes it with its Close button.
+    platform_.container.onShowModal = [this](Form& form) {
+        emit("modal " + form.name);
+        control_->frmWeekView().cmdClose.click();
+    };
     for (PopupMenu* menu :
          {&control_->widgets().mnuRightClickScheduler, &control_->widgets().mnuRightClickSchedulerApp})
         menu->onPopup = [this](PopupMenu& m, float, float) {
@@ -268,6 +275,9 @@ Variant Console::evaluate(const Expr& e) {
     if (ref.size() == 1 && head.name == "dvwResource" && head.hasArgs)
         return Variant(ObjectRef(dayView(head)));
     if (ref.size() == 1 && head.name == "app" && head.hasArgs) return Variant(ObjectRef(appointment(head)));
+    if (ref.size() == 2 && head.name == "wvwWeekView" && !head.hasArgs && ref[1].name == "Days" &&
+        ref[1].hasArgs)
+        return Variant(ObjectRef(weekDay(ref[1])));
     if (ref.size() == 1 && !head.hasArgs) {
         auto var = variables_.find(head.name);
         if (var != variables_.end()) return var->second;
@@ -289,6 +299,11 @@ DayViewRef Console::dayView(const Segment& seg) {
     const std::int32_t i = wholeNumber(seg.args[0], "the day view index");
     if (i < 0 || i >= kColumns) throw ScriptError("no day view dvwResource(" + std::to_string(i) + ")");
     return control_->widgets().dvwResource[static_cast<std::size_t>(i)];
+}
+
+DayViewRef Console::weekDay(const Segment& days) {
+    if (days.args.size() != 1) throw ScriptError("Days takes one key");
+    return control_->frmWeekView().wvwWeekView.Days(evaluate(days.args[0]));
 }
 
 AppointmentRef Console::appointment(const Segment& seg) {

@@ -55,6 +55,8 @@ private:
     Variant evaluate(const Expr& e);
     DayViewRef dayView(const Segment& seg);
     AppointmentRef appointment(const Segment& seg);
+    // wvwWeekView.Days(K); a key the week view does not take fails as the view fails.
+    DayViewRef weekDay(const Segment& days);
     std::int32_t wholeNumber(const Expr& e, const char* what);
 
     // Members.
@@ -71,6 +73,9 @@ private:
     PickList* pickList(const Segment& seg);
     Variant stateField(const Segment& field);
     Variant dayViewMember(PVDayView& view, const Chain& path);
+    void printAppointmentSet(const PVDayView& view);
+    // wvwWeekView.WeekDate, wvwWeekView.Days(K).MEMBER, frmWeekView and its widgets.
+    bool inspectWeekView(const Chain& path);
     Variant appointmentField(const Appointment& app, const Segment& field);
     Variant menuItemProperty(const MenuItem& item, const Chain& path);
 

@@ -52,19 +52,13 @@ void Console::inspect(const Chain& path) {
     if (head.name == "dvwResource" && head.hasArgs) {
         const DayViewRef view = dayView(head);
         if (path.size() == 2 && path[1].name == "AppointmentSet" && !path[1].hasArgs) {
-            const auto items = view->appointmentSet().items(); // a copy: printing runs no code, but stay safe
-            if (items.empty()) emit("= (none)");
-            for (const AppointmentRef& app : items)
-                emit("= " + printValue(Variant(ObjectRef(app))) + ": Text=" + quote(app->Text) +
-                     " Start=" + printValue(Variant(app->StartDateTime)) +
-                     " End=" + printValue(Variant(app->EndDateTime)) + " Tag=" + quote(app->Tag) +
-                     " BackColor=" + std::to_string(app->BackColor) +
-                     " Selected=" + (app->Selected() ? "True" : "False"));
+            printAppointmentSet(*view);
             return;
         }
         emit("= " + printValue(dayViewMember(*view, path)));
         return;
     }
+    if (inspectWeekView(path)) return;
     if (head.name == "app" && head.hasArgs) {
         const AppointmentRef app = appointment(head);
         if (path.size() != 2) nothing(path);
@@ -89,6 +83,69 @@ void Console::inspect(const Chain& path) {
         nothing(path);
     }
     emit("= " + printValue(widgetProperty(path)));
+}
+
+void Console::printAppointmentSet(const PVDayView& view) {
+    const auto items = view.appointmentSet().items(); // a copy: printing runs no code, but stay safe
+    if (items.empty()) emit("= (none)");
+    for (const AppointmentRef& app : items)
+        emit("= " + printValue(Variant(ObjectRef(app))) + ": Text=" + quote(app->Text) + " Start=" +
+             printValue(Variant(app->StartDateTime)) + " End=" + printValue(Variant(app->EndDateTime)) +
+             " Tag=" + quote(app->Tag) + " BackColor=" + std::to_string(app->BackColor) +
+             " Selected=" + (app->Selected() ? "True" : "False"));
+}
+
+bool Console::inspectWeekView(const Chain& path) {
+    const Segment& head = path.front();
+    if (head.hasArgs) return false;
+    if (head.name == "wvwWeekView") {
+        if (path.size() == 2 && path[1].name == "WeekDate" && !path[1].hasArgs) {
+            emit("= " + printValue(Variant(control_->frmWeekView().wvwWeekView.WeekDate())));
+            return true;
+        }
+        if (path.size() < 3 || path[1].name != "Days") nothing(path);
+        const DayViewRef day = weekDay(path[1]);
+        const Chain member(path.begin() + 1, path.end());
+        if (member.size() == 2 && member[1].name == "AppointmentSet" && !member[1].hasArgs)
+            printAppointmentSet(*day);
+        else if (member.size() == 2 && member[1].name == "Date" && !member[1].hasArgs)
+            emit("= " + printValue(Variant(day->CurrentDate())));
+        else
+            emit("= " + printValue(dayViewMember(*day, member)));
+        return true;
+    }
+    if (path.size() != 2) return false;
+    const Segment& prop = path[1];
+    if (head.name == "frmWeekView") {
+        noArgs(prop);
+        const WeekViewForm& form = control_->frmWeekView();
+        if (prop.name == "Caption")
+            emit("= " + printValue(Variant(form.caption)));
+        else if (prop.name == "Visible")
+            emit("= " + printValue(Variant(form.visible)));
+        else
+            nothing(path);
+        return true;
+    }
+    if (head.name != "txtResource" && head.name != "cmdClose" && head.name != "Label1") return false;
+    noArgs(prop);
+    WeekViewForm& form = control_->frmWeekView();
+    Variant out;
+    const WidgetBase& widget = head.name == "txtResource" ? static_cast<WidgetBase&>(form.txtResource)
+                               : head.name == "cmdClose"  ? static_cast<WidgetBase&>(form.cmdClose)
+                                                          : static_cast<WidgetBase&>(form.Label1);
+    if (prop.name == "Text" && head.name == "txtResource")
+        out = Variant(form.txtResource.text);
+    else if (prop.name == "BackColor" && head.name == "txtResource")
+        out = Variant(form.txtResource.backColor);
+    else if (prop.name == "Caption" && head.name == "cmdClose")
+        out = Variant(form.cmdClose.caption);
+    else if (prop.name == "Caption" && head.name == "Label1")
+        out = Variant(form.Label1.caption);
+    else if (!common(widget, prop.name, out))
+        nothing(path);
+    emit("= " + printValue(out));
+    return true;
 }
 
 Variant Console::dayViewMember(PVDayView& view, const Chain& path) {

@@ -47,6 +47,8 @@ private:
     std::int32_t key_ = 0;
     bool selected_ = false;
     PVDayView* view_ = nullptr;
+    std::size_t index_ = 0;               // its place in its set while it is there
+    std::weak_ptr<Appointment> follower_; // what followed it when it left its set
 };
 using AppointmentRef = std::shared_ptr<Appointment>;
 
@@ -61,8 +63,9 @@ public:
     AppointmentRef Add(std::string text, OleDate start, OleDate end);
     std::int32_t Count() const { return static_cast<std::int32_t>(items_.size()); }
     AppointmentRef FirstAppointment() const;
-    // The one after `app` in the set's order; none at the end, or when `app` is
-    // not in the set.
+    // The one after `app` in the set's order, none at the end. For an appointment
+    // that has left the set, the one that followed it then, or the next of those
+    // still here, so a walk that removes as it goes visits every appointment.
     AppointmentRef NextAppointment(const AppointmentRef& app) const;
     AppointmentRef Item(std::int32_t key) const; // none when no appointment has the key
     // Raises BeforeRemove inside the call; the appointment stays when the handler
@@ -78,7 +81,7 @@ public:
 
 private:
     friend class PVDayView;
-    void insertAt(std::size_t pos, const AppointmentRef& app);
+    void append(const AppointmentRef& app);
     void detach(const AppointmentRef& app);
 
     PVDayView& view_;
@@ -119,6 +122,8 @@ public:
 
     OleDate BusinessHoursBegin() const { return businessBegin_; }
     OleDate BusinessHoursEnd() const { return businessEnd_; }
+    // The view's own setting, by time of day; the control only reads it.
+    void setBusinessHours(OleDate begin, OleDate end);
     OleDate DayStartTime() const { return dayStart_; }
     OleDate DayEndTime() const { return dayEnd_; }
     std::int32_t DayBackColor() const { return dayBackColor_; }
@@ -137,6 +142,8 @@ public:
 
     std::int32_t ViewMode = 0;
     std::string Tag;
+    // A day of the week view rather than a column; Index() is then its day number.
+    bool weekDay = false;
     bool Visible = true;
     float Left = 0, Top = 0, Width = 1440, Height = 7020;
 

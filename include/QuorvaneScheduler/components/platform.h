@@ -12,6 +12,7 @@
 namespace quorvane {
 
 class RuntimeError;
+class Form;
 
 enum class MsgBoxButtons { OK, YesNo };
 enum class MsgBoxResult { OK, Yes, No };
@@ -63,6 +64,10 @@ public:
     void propertyChanged(std::string_view name) {
         if (onPropertyChanged) onPropertyChanged(name);
     }
+
+    // Shows a form modally: the host's window runs the user's time with it and
+    // returns when the user has closed it. Without a hook the user closes it at once.
+    std::function<void(Form&)> onShowModal;
 
     // A run-time error that a handler of the control left untrapped while a
     // widget delivered the user's gesture. The widget reports it here and goes

@@ -132,17 +132,14 @@ public:
     }
 };
 
+class Label : public WidgetBase {
+public:
+    std::string caption;
+};
+
 class Form : public WidgetBase {
 public:
     std::string caption;
-    // Shows the form modally: the host's hook runs the user's time with it and
-    // returns when the form is closed.
-    std::function<void(Form&)> onShowModal;
-    void showModal() {
-        visible = true;
-        if (onShowModal) onShowModal(*this);
-        visible = false;
-    }
 };
 
 } // namespace quorvane
