@@ -499,6 +499,9 @@ std::string makeTag(const std::string& appId, const std::string& recurrenceId, c
 std::string tagField(const std::string& tag, std::size_t index);
 // A tag or a recurrence id counts as present when blanks trimmed leave characters.
 bool isPresent(const std::string& text);
+// A column index 0 to 9 as an array subscript; SubscriptOutOfRange, naming the
+// column number, for any other.
+std::size_t columnIndex(int index);
 // Blanks trimmed from both ends.
 std::string trimBlanks(const std::string& text);
 // The text split on every `separator`, as the platform splits: an empty text

@@ -2,9 +2,10 @@
 // Run-time errors. A failed call reaches the host as one of these exceptions,
 // thrown at the step where the call fails; nothing inside the control catches it.
 
-#include <stdexcept>
+#include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quorvane {
 
@@ -21,13 +22,28 @@ enum class ErrorKind {
 // The kind's name as the console prints it: "TypeMismatch", "Overflow", ...
 std::string_view errorKindName(ErrorKind kind) noexcept;
 
-class RuntimeError : public std::runtime_error {
+// what() reads "MEMBER: reason" once the member whose call failed is known
+// (a call by name through the member table names it), and the reason alone
+// before that: `GetDayView: "11" names no column`.
+class RuntimeError : public std::exception {
 public:
-    RuntimeError(ErrorKind kind, const std::string& what) : std::runtime_error(what), kind_(kind) {}
+    RuntimeError(ErrorKind kind, std::string reason)
+        : kind_(kind), reason_(std::move(reason)), what_(reason_) {}
     ErrorKind kind() const noexcept { return kind_; }
+    const std::string& reason() const noexcept { return reason_; }
+    const std::string& member() const noexcept { return member_; }
+    // A call that fails inside another names the outer member: the last to be set.
+    void setMember(std::string member) {
+        member_ = std::move(member);
+        what_ = member_ + ": " + reason_;
+    }
+    const char* what() const noexcept override { return what_.c_str(); }
 
 private:
     ErrorKind kind_;
+    std::string reason_;
+    std::string member_;
+    std::string what_;
 };
 
 // One type per kind, so a host can catch the one it expects.

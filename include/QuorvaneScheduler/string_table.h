@@ -35,7 +35,7 @@ public:
     // Makes a table of empty cells, rows 0..rows-1 and fields 0..fields-1, that
     // keeps `text` for its cells to point into.
     void reset(int rows, int fields, std::string text = {}) {
-        if (text.size() > UINT32_MAX) throw Overflow();
+        if (text.size() > UINT32_MAX) throw Overflow("a catalogue string of more than 4 GiB");
         set_ = true, rows_ = rows, fields_ = fields;
         text_ = std::move(text);
         cells_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(fields), Cell{});
@@ -53,7 +53,7 @@ public:
     // Gives a cell a text of its own, kept after the text the table was read from.
     void set(int row, int field, std::string_view value) {
         const std::size_t index = offset(row, field);
-        if (text_.size() + value.size() > UINT32_MAX) throw Overflow();
+        if (text_.size() + value.size() > UINT32_MAX) throw Overflow("a catalogue table of more than 4 GiB");
         cells_[index] =
             Cell{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(value.size())};
         text_.append(value);
@@ -65,7 +65,9 @@ private:
     };
 
     std::size_t offset(int row, int field) const {
-        if (!set_ || row < 0 || row >= rows_ || field < 0 || field >= fields_) throw SubscriptOutOfRange();
+        if (!set_) throw SubscriptOutOfRange("a catalogue table that was never assigned");
+        if (row < 0 || row >= rows_ || field < 0 || field >= fields_)
+            throw SubscriptOutOfRange("no cell (" + std::to_string(row) + ", " + std::to_string(field) + ")");
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(fields_) +
                static_cast<std::size_t>(field);
     }

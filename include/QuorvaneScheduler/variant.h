@@ -68,6 +68,7 @@ private:
 // Platform number conversions used directly by the control.
 std::int16_t toInteger(double d); // round half to even; Overflow outside -32768..32767
 std::int32_t toLong(double d);    // round half to even; Overflow outside the 32-bit range
+float toSingle(double d);         // Overflow past the range of a Single, and for NaN
 // Blanks around allowed, thousands commas between digits, an E or D exponent,
 // "&H"/"&O" forms (a value that fits 16 bits is 16-bit two's complement, "&HFFFF" is -1).
 // TypeMismatch for no number, Overflow past the range of a Double.

@@ -35,7 +35,10 @@ std::vector<std::string> splitFields(const std::string& text, char separator) {
 }
 
 std::string fieldAt(const std::vector<std::string>& fields, std::size_t index) {
-    if (index >= fields.size()) throw SubscriptOutOfRange();
+    if (index >= fields.size())
+        throw SubscriptOutOfRange(fields.empty() ? std::string("an empty text has no fields")
+                                                 : "no field " + std::to_string(index) + " in " +
+                                                       std::to_string(fields.size()) + " fields");
     return fields[index];
 }
 
@@ -91,7 +94,7 @@ void ctlScheduler::SetStatus(const AppointmentRef& app, const std::string& strSt
     const std::string status = trimBlanks(strStatus);
     for (const auto& [statusName, colour] : statusColours(*this)) {
         if (status == statusName) {
-            if (!app) throw ObjectRequired();
+            if (!app) throw ObjectRequired("no appointment to paint");
             app->BackColor = *colour;
             return;
         }
@@ -100,7 +103,7 @@ void ctlScheduler::SetStatus(const AppointmentRef& app, const std::string& strSt
 }
 
 std::string ctlScheduler::GetStatus(const AppointmentRef& app) const {
-    if (!app) throw ObjectRequired();
+    if (!app) throw ObjectRequired("no appointment to read");
     for (const auto& [statusName, colour] : statusColours(*this))
         if (app->BackColor == *colour) return statusName;
     return "";

@@ -83,7 +83,7 @@ void ctlScheduler::dvwResource_AfterAdd(std::int16_t Index, const AppointmentRef
     if (view.ViewMode != 0) return;
     view.Undo();
     const AppointmentRef moved = state_.objMoveApp;
-    if (!moved) throw ObjectRequired();
+    if (!moved) throw ObjectRequired("no appointment was being moved");
     const std::string text = moved->Text;
     const OleDate start = moved->StartDateTime, end = moved->EndDateTime;
     const AppointmentRef restored =
@@ -124,7 +124,8 @@ void ctlScheduler::dvwResource_BeforeDrag(std::int16_t Index, const AppointmentR
     state_.objMoveApp = Appointment;
     w_.txtAppAppointmentId.text = Appointment->Tag;
     const std::int64_t minutes = minutesBetween(Appointment->StartDateTime, Appointment->EndDateTime);
-    if (minutes < INT32_MIN || minutes > INT32_MAX) throw Overflow();
+    if (minutes < INT32_MIN || minutes > INT32_MAX)
+        throw Overflow("an appointment of " + std::to_string(minutes) + " minutes");
     w_.txtAppDuration.text = std::to_string(minutes);
     state_.strMoveStatus = GetStatus(Appointment);
     state_.blnAppMoving = true;
@@ -158,9 +159,8 @@ void ctlScheduler::dvwResource_AppointmentChangeRefused(std::int16_t Index, cons
 void ctlScheduler::dvwResource_ViewChangeRefused(std::int16_t Index) { w_.dvwResource[Index]->Undo(); }
 
 void ctlScheduler::mnoDeleteApp_Click() {
-    const std::int16_t index = FocusedColumnIndex();
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    if (!state_.objCurrentApp) throw ObjectRequired();
+    const std::size_t index = columnIndex(FocusedColumnIndex());
+    if (!state_.objCurrentApp) throw ObjectRequired("no context menu has opened on an appointment");
     w_.dvwResource[index]->appointmentSet().Remove(state_.objCurrentApp->Key());
 }
 

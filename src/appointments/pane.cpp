@@ -13,7 +13,7 @@ namespace quorvane {
 // is not present leaves the id and the recurrence id as they were, so during a
 // drag txtAppAppointmentId keeps the whole tag until a named appointment comes.
 void ctlScheduler::SetCurrentApp(const AppointmentRef& Appointment) {
-    if (!Appointment) throw ObjectRequired();
+    if (!Appointment) throw ObjectRequired("no appointment to show");
     w_.txtAppStartDateTime.text = generalDateText(Appointment->StartDateTime);
     w_.txtAppEndDateTime.text = generalDateText(Appointment->EndDateTime);
     w_.txtAppDescription.text = Appointment->Text;

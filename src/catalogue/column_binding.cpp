@@ -55,7 +55,7 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
     if (column > textToInteger(w_.cmbNumOfSchedules.text()) - 1) column = 0;
 
     const StringTable& groups = state_.arrResourceGroups;
-    if (!groups.isSet()) throw SubscriptOutOfRange();
+    if (!groups.isSet()) throw SubscriptOutOfRange("ResourceGroups was never assigned");
     const std::string group = w_.cmbResourceGroup.text();
     int row = -1;
     bool inGroup = false;
@@ -69,7 +69,7 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
     }
 
     if (inGroup) {
-        if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
+        columnIndex(column);
         const std::string category(groups.at(row, kCatType));
         const std::string name(groups.at(row, kResourceName));
         const std::string value(groups.at(row, kResourceValue));

@@ -15,7 +15,7 @@ constexpr int kViewGroupName = 1, kColumnsShown = 2, kColumnsTotal = 3;
 
 // A table the host never sent cannot be walked.
 const StringTable& walked(const StringTable& table) {
-    if (!table.isSet()) throw SubscriptOutOfRange();
+    if (!table.isSet()) throw SubscriptOutOfRange("a catalogue table that was never assigned");
     return table;
 }
 
@@ -60,7 +60,7 @@ void ctlScheduler::ApplyGroupView() {
             const std::string total(views.at(r, kColumnsTotal));
             const std::int16_t columns = textToInteger(total);
             for (int i = 0; i <= columns - 1; ++i) {
-                if (i >= kColumns) throw SubscriptOutOfRange();
+                columnIndex(i);
                 SetColumnVisible(static_cast<std::int16_t>(i), true);
             }
             w_.sbSchedule.tag = total;
@@ -83,7 +83,7 @@ void ctlScheduler::ApplyGroupView() {
 }
 
 void ctlScheduler::SetColumnVisible(std::int16_t intColumn, bool blnVisible) {
-    if (intColumn < 0 || intColumn >= kColumns) throw SubscriptOutOfRange();
+    columnIndex(intColumn);
     w_.cmbResourceCatType[intColumn].visible = blnVisible;
     w_.cmbDayIncrement[intColumn].visible = blnVisible;
     w_.cmbResource[intColumn].visible = blnVisible;
@@ -99,7 +99,7 @@ void ctlScheduler::SetColumnDefault(const std::string& strGroupId, const std::st
         if (groups.at(r, kGroupName) != group) continue;
         if (groups.at(r, kGroupId) != strGroupId || groups.at(r, kResourceValue) != strResourceValue)
             continue;
-        if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
+        columnIndex(column);
         const std::string category(groups.at(r, kCatType));
         const std::string name(groups.at(r, kResourceName));
         w_.cmbResourceCatType[column].setText(
@@ -130,7 +130,7 @@ void ctlScheduler::FillResourcesBySubType(const std::string& strText, std::int16
 // The two lists are filled item for item, so item k of both is one record.
 void ctlScheduler::FillResources(int field, const std::string& strText, std::int16_t intColumnNumber) {
     const int column = intColumnNumber - 1;
-    if (column < 0 || column >= kColumns) throw SubscriptOutOfRange();
+    columnIndex(column);
     PickList& values = w_.cmbResourceValue[column];
     PickList& names = w_.cmbResource[column];
     values.clear();

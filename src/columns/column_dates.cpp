@@ -76,7 +76,7 @@ Variant ctlScheduler::CheckLoadAllToday(const std::string& strCurrentResource) {
     const OleDate today = platform_.clock.today();
     bool found = false;
     for (int i = next; i <= kColumns - 1; ++i) {
-        if (i < 0) throw SubscriptOutOfRange();
+        if (i < 0) throw SubscriptOutOfRange("no column " + std::to_string(i + 1));
         PVDayView& view = *w_.dvwResource[static_cast<std::size_t>(i)];
         if (view.CurrentDate() != today) {
             view.setCurrentDate(today);
@@ -137,7 +137,7 @@ std::string timeTextOf(OleDate d) {
 
 std::size_t ctlScheduler::columnOfNumber(const std::string& number) const {
     const int index = textToInteger(number) - 1;
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
+    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange("\"" + number + "\" names no column");
     return static_cast<std::size_t>(index);
 }
 

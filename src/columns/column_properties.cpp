@@ -10,10 +10,7 @@ namespace quorvane {
 namespace {
 
 // A column index from a C++ host; the family's names only ever give 0 to 9.
-std::size_t col(int index) {
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    return static_cast<std::size_t>(index);
-}
+std::size_t col(int index) { return columnIndex(index); }
 
 std::string indexText(int listIndex) { return std::to_string(listIndex); }
 

@@ -14,11 +14,12 @@ constexpr double kGapTerm = 5;
 constexpr double kSpacing = 15;
 constexpr double kDayIncrementOffset = 680;
 
-// Widths are kept by the widgets as singles; a negative one is refused, and the
-// call fails at that step.
+// Widths are kept by the widgets as singles: one that does not fit a Single is
+// an overflow, a negative one is refused, and the call fails at that step.
 float widthValue(double w) {
-    if (w < 0) throw InvalidPropertyValue();
-    return static_cast<float>(w);
+    const float width = toSingle(w);
+    if (width < 0) throw InvalidPropertyValue("a width below 0");
+    return width;
 }
 
 float resourceListWidth(float columnWidth) {
@@ -31,7 +32,7 @@ float resourceListWidth(float columnWidth) {
 void ctlScheduler::ResizeControl(std::int16_t intHeight, std::int16_t intWidth) {
     const Screen& screen = platform_.screen;
     ScrollBar& sb = w_.sbSchedule;
-    sb.top = static_cast<float>(intHeight * static_cast<double>(screen.twipsPerPixelY) - sb.height);
+    sb.top = toSingle(intHeight * static_cast<double>(screen.twipsPerPixelY) - sb.height);
     const double width = intWidth * static_cast<double>(screen.twipsPerPixelX) - kRightMargin;
     sb.width = widthValue(width);
     // The day views never get shorter than the lowest top allows, even if the
@@ -49,15 +50,15 @@ Variant ctlScheduler::ModifySchedules(std::string& intNumOfSchedules) {
     const double n = textToNumber(intNumOfSchedules);
     for (int i = 0; i < kColumns; ++i) {
         PVDayView& view = *w_.dvwResource[i];
-        if (n == 0) throw DivisionByZero();
+        if (n == 0) throw DivisionByZero("no columns to share the width");
         view.Width = widthValue(state_.lngScheduleWidth / n - (n - 1) * kGapTerm);
         // Column 0 keeps its left edge. Column 1 follows it with no gap, as if
         // column 0 stood at 0; every later column adds the spacing.
         if (i == 1) {
-            view.Left = static_cast<float>(view.Width + kSpacing);
+            view.Left = toSingle(view.Width + kSpacing);
         } else if (i > 1) {
             const PVDayView& before = *w_.dvwResource[i - 1];
-            view.Left = static_cast<float>(static_cast<double>(before.Left) + before.Width + kSpacing);
+            view.Left = toSingle(static_cast<double>(before.Left) + before.Width + kSpacing);
         }
         if (i == 0) {
             w_.cmbResourceCatType[0].width = view.Width;
@@ -67,7 +68,7 @@ Variant ctlScheduler::ModifySchedules(std::string& intNumOfSchedules) {
             w_.cmbResourceCatType[i].width = view.Width;
             w_.cmbResource[i].width = resourceListWidth(view.Width);
             w_.cmbDayIncrement[i].left = view.Left;
-            w_.cmbResource[i].left = static_cast<float>(view.Left + kDayIncrementOffset);
+            w_.cmbResource[i].left = toSingle(view.Left + kDayIncrementOffset);
         }
     }
     // Lowering the maximum can pull the value down and so scroll the row in the
@@ -94,10 +95,10 @@ void ctlScheduler::sbSchedule_Change() {
         const std::int16_t value = w_.sbSchedule.value; // read anew: a handler may have moved it
         PVDayView& view = *w_.dvwResource[i];
         const auto factor = static_cast<std::int16_t>(i + 1 - value);
-        view.Left = static_cast<float>(static_cast<double>(view.Width) * factor + kSpacing);
+        view.Left = toSingle(static_cast<double>(view.Width) * factor + kSpacing);
         w_.cmbResourceCatType[i].left = view.Left;
         w_.cmbDayIncrement[i].left = view.Left;
-        w_.cmbResource[i].left = static_cast<float>(view.Left + kDayIncrementOffset);
+        w_.cmbResource[i].left = toSingle(view.Left + kDayIncrementOffset);
     }
 }
 

@@ -60,7 +60,8 @@ const DayViewRef& IGWeekView::Days(const Variant& key) const {
         key.type() == VariantType::Date)
         throw InvalidProcedureCall("a day is a number or a weekday's name");
     const std::int16_t number = key.toInteger();
-    if (number < 0 || number >= kDays) throw SubscriptOutOfRange();
+    if (number < 0 || number >= kDays)
+        throw SubscriptOutOfRange("no day " + std::to_string(number) + " in the week");
     return days_[static_cast<std::size_t>(number)];
 }
 

@@ -325,14 +325,18 @@ std::int16_t ctlScheduler::FocusedColumnIndex() const {
     const std::string& text = w_.txtResourceFocus.text;
     if (text.empty()) return 0;
     const std::int16_t number = textToInteger(text);
-    if (number == INT16_MIN) throw Overflow(); // the subtraction would leave the 16-bit range
+    if (number == INT16_MIN) // the subtraction would leave the 16-bit range
+        throw Overflow("the focused column " + text + " does not fit a 16-bit integer");
     return static_cast<std::int16_t>(number - 1);
 }
 
 std::string ctlScheduler::FocusedResourceValue() const {
-    const int index = FocusedColumnIndex();
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    return w_.cmbResourceValue[static_cast<std::size_t>(index)].text();
+    return w_.cmbResourceValue[columnIndex(FocusedColumnIndex())].text();
+}
+
+std::size_t columnIndex(int index) {
+    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange("no column " + std::to_string(index + 1));
+    return static_cast<std::size_t>(index);
 }
 
 } // namespace quorvane

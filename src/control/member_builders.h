@@ -48,7 +48,7 @@ inline AppointmentRef appointmentOf(const Variant& v) {
     const ObjectRef o = v.toObject();
     if (!o) return nullptr;
     auto app = std::dynamic_pointer_cast<Appointment>(o);
-    if (!app) throw TypeMismatch();
+    if (!app) throw TypeMismatch("an object that is no appointment");
     return app;
 }
 

@@ -222,11 +222,21 @@ Variant convertTo(const Variant& value, DeclaredType type) {
 }
 
 Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args) {
-    if (args.size() != member.params.size()) throw InvalidProcedureCall();
+    if (args.size() != member.params.size()) {
+        InvalidProcedureCall e(std::to_string(member.params.size()) + " arguments wanted, not " +
+                               std::to_string(args.size()));
+        e.setMember(member.name);
+        throw e;
+    }
     std::vector<Variant> converted;
     converted.reserve(args.size());
-    for (std::size_t i = 0; i < args.size(); ++i)
-        converted.push_back(convertTo(args[i], member.params[i].type));
+    try {
+        for (std::size_t i = 0; i < args.size(); ++i)
+            converted.push_back(convertTo(args[i], member.params[i].type));
+    } catch (RuntimeError& e) {
+        e.setMember(member.name);
+        throw;
+    }
     const std::vector<Variant> passed = converted;
     // A caller's variable keeps its own type unless the member wrote to it; what
     // the member wrote before it failed stays written, as it would through a
@@ -238,6 +248,10 @@ Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vecto
     Variant result;
     try {
         result = member.invoke(control, converted);
+    } catch (RuntimeError& e) {
+        writeBack();
+        e.setMember(member.name);
+        throw;
     } catch (...) {
         writeBack();
         throw;

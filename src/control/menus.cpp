@@ -97,7 +97,8 @@ void ctlScheduler::designMenus() {
 }
 
 MenuItem& ctlScheduler::typeItem(int Index) {
-    if (Index < 1 || Index > static_cast<int>(w_.mnoSchedulePatientType.size())) throw SubscriptOutOfRange();
+    if (Index < 1 || Index > static_cast<int>(w_.mnoSchedulePatientType.size()))
+        throw SubscriptOutOfRange("no appointment type entry " + std::to_string(Index) + " in the menu");
     return w_.mnoSchedulePatientType[static_cast<std::size_t>(Index - 1)];
 }
 

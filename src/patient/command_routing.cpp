@@ -93,7 +93,7 @@ void ctlScheduler::mnoPrintDaySuperbills_Click() {
 
 // The whole tag, possibly empty: no test here.
 void ctlScheduler::mnoAddEditRecurrenceApp_Click() {
-    if (!state_.objCurrentApp) throw ObjectRequired();
+    if (!state_.objCurrentApp) throw ObjectRequired("no context menu has opened on an appointment");
     const std::string tag = state_.objCurrentApp->Tag;
     const std::string number = w_.txtResourceFocus.text;
     host().AddEditRecurrence(tag, number);
@@ -102,7 +102,7 @@ void ctlScheduler::mnoAddEditRecurrenceApp_Click() {
 // The fields go out as they stand in the tag, untrimmed.
 void ctlScheduler::appointmentCommand(
     const std::function<void(const std::string& appId, const std::string& patientId)>& raise) {
-    if (!state_.objCurrentApp) throw ObjectRequired();
+    if (!state_.objCurrentApp) throw ObjectRequired("no context menu has opened on an appointment");
     const std::string tag = state_.objCurrentApp->Tag;
     if (!isPresent(tag)) {
         platform_.msgBox("Error: Appointment information is blank");

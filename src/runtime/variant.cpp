@@ -26,7 +26,7 @@ std::string_view trimBlanks(std::string_view s) {
 }
 
 [[noreturn]] void notANumber(std::string_view s) {
-    throw TypeMismatch("not a number: \"" + std::string(s.substr(0, 64)) + "\"");
+    throw TypeMismatch("\"" + std::string(s.substr(0, 64)) + "\" is not a number");
 }
 
 int hexDigit(char c) {
@@ -48,7 +48,8 @@ double radixNumber(std::string_view s, std::string_view whole) {
         const int digit = hexDigit(c);
         if (digit < 0 || digit >= radix) notANumber(whole);
         value = value * static_cast<std::uint64_t>(radix) + static_cast<std::uint64_t>(digit);
-        if (value > 0xFFFFFFFFu) throw Overflow("number out of range");
+        if (value > 0xFFFFFFFFu)
+            throw Overflow("\"" + std::string(whole.substr(0, 64)) + "\" is past 32 bits");
     }
     if (value <= 0xFFFFu)
         return value >= 0x8000u ? static_cast<double>(value) - 65536.0 : static_cast<double>(value);
@@ -112,11 +113,12 @@ double decimalNumber(std::string_view s, std::string_view whole) {
     const std::int64_t magnitude =
         (significantIntegerDigits > 0 ? significantIntegerDigits : -leadingFractionZeros) + exponent;
     if (ec == std::errc::result_out_of_range) {
-        if (magnitude > 0) throw Overflow("number out of range");
+        if (magnitude > 0) throw Overflow("\"" + std::string(whole.substr(0, 64)) + "\" is past a Double");
         return 0.0;
     }
     if (ec != std::errc() || end != buffer.data() + buffer.size()) notANumber(whole);
-    if (!std::isfinite(value)) throw Overflow("number out of range");
+    if (!std::isfinite(value))
+        throw Overflow("\"" + std::string(whole.substr(0, 64)) + "\" is past a Double");
     return negative ? -value : value;
 }
 
@@ -130,18 +132,13 @@ double roundHalfEven(double d) {
 }
 
 template <typename Int> Int roundToInt(double d) {
-    if (std::isnan(d)) throw Overflow("number out of range");
+    const char* kind = sizeof(Int) == 2 ? " does not fit a 16-bit integer" : " does not fit a 32-bit integer";
+    if (std::isnan(d)) throw Overflow(std::string("NaN") + kind);
     const double r = roundHalfEven(d);
     if (!(r >= static_cast<double>(std::numeric_limits<Int>::min()) &&
           r <= static_cast<double>(std::numeric_limits<Int>::max())))
-        throw Overflow("number out of range");
+        throw Overflow(numberText(d) + kind);
     return static_cast<Int>(r);
-}
-
-float toFloat(double d) {
-    if (std::isnan(d) || std::fabs(d) > static_cast<double>(std::numeric_limits<float>::max()))
-        throw Overflow("number out of range");
-    return static_cast<float>(d);
 }
 
 // Lays out a number given in scientific form by to_chars ("-1.2345e+04") as the
@@ -228,33 +225,35 @@ std::string numberText(double d) { return realText(d, 15); }
 std::string singleText(float f) { return realText(f, 7); }
 
 std::string Variant::toString() const {
-    return std::visit(Overloaded{
-                          [](std::monostate) -> std::string { return {}; },
-                          [](const std::string& s) { return s; },
-                          [](std::int16_t i) { return std::to_string(i); },
-                          [](std::int32_t l) { return std::to_string(l); },
-                          [](float f) { return singleText(f); },
-                          [](double d) { return numberText(d); },
-                          [](bool b) -> std::string { return b ? "True" : "False"; },
-                          [](OleDate d) { return generalDateText(d); },
-                          [](const ObjectRef&) -> std::string { throw TypeMismatch(); },
-                      },
-                      v_);
+    return std::visit(
+        Overloaded{
+            [](std::monostate) -> std::string { return {}; },
+            [](const std::string& s) { return s; },
+            [](std::int16_t i) { return std::to_string(i); },
+            [](std::int32_t l) { return std::to_string(l); },
+            [](float f) { return singleText(f); },
+            [](double d) { return numberText(d); },
+            [](bool b) -> std::string { return b ? "True" : "False"; },
+            [](OleDate d) { return generalDateText(d); },
+            [](const ObjectRef&) -> std::string { throw TypeMismatch("an object where a text belongs"); },
+        },
+        v_);
 }
 
 double Variant::toDouble() const {
-    return std::visit(Overloaded{
-                          [](std::monostate) { return 0.0; },
-                          [](const std::string& s) { return textToNumber(s); },
-                          [](std::int16_t i) { return static_cast<double>(i); },
-                          [](std::int32_t l) { return static_cast<double>(l); },
-                          [](float f) { return static_cast<double>(f); },
-                          [](double d) { return d; },
-                          [](bool b) { return b ? -1.0 : 0.0; },
-                          [](OleDate d) { return d.value; },
-                          [](const ObjectRef&) -> double { throw TypeMismatch(); },
-                      },
-                      v_);
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return 0.0; },
+            [](const std::string& s) { return textToNumber(s); },
+            [](std::int16_t i) { return static_cast<double>(i); },
+            [](std::int32_t l) { return static_cast<double>(l); },
+            [](float f) { return static_cast<double>(f); },
+            [](double d) { return d; },
+            [](bool b) { return b ? -1.0 : 0.0; },
+            [](OleDate d) { return d.value; },
+            [](const ObjectRef&) -> double { throw TypeMismatch("an object where a number belongs"); },
+        },
+        v_);
 }
 
 std::int16_t Variant::toInteger() const {
@@ -269,7 +268,7 @@ std::int32_t Variant::toLong() const {
 
 float Variant::toSingle() const {
     if (const auto* f = std::get_if<float>(&v_)) return *f;
-    return toFloat(toDouble());
+    return quorvane::toSingle(toDouble());
 }
 
 bool Variant::toBoolean() const {
@@ -296,7 +295,13 @@ OleDate Variant::toDate() const {
 ObjectRef Variant::toObject() const {
     if (const auto* o = std::get_if<ObjectRef>(&v_)) return *o;
     if (isEmpty()) return nullptr;
-    throw TypeMismatch();
+    throw TypeMismatch(toString().substr(0, 64) + " where an object belongs");
+}
+
+float toSingle(double d) {
+    if (std::isnan(d) || std::fabs(d) > static_cast<double>(std::numeric_limits<float>::max()))
+        throw Overflow(numberText(d) + " does not fit a Single");
+    return static_cast<float>(d);
 }
 
 } // namespace quorvane

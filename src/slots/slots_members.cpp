@@ -13,9 +13,9 @@ namespace {
 // other object a TypeMismatch.
 PVDayView& dayViewOf(const Variant& v) {
     const ObjectRef o = v.toObject();
-    if (!o) throw ObjectRequired();
+    if (!o) throw ObjectRequired("Nothing where a day view belongs");
     auto* view = dynamic_cast<PVDayView*>(o.get());
-    if (!view) throw TypeMismatch();
+    if (!view) throw TypeMismatch("an object that is no day view");
     return *view;
 }
 

@@ -82,7 +82,9 @@ void ctlScheduler::AddResourceTemplate(OleDate dtStartDateTime, OleDate dtEndDat
     const int row = state_.intTemplateCount[column];
     // Both limits are checked before anything is written: a refused template
     // leaves the column's rows and count as they were.
-    if (row < 0 || row >= kTemplatesPerColumn) throw SubscriptOutOfRange();
+    if (row < 0 || row >= kTemplatesPerColumn)
+        throw SubscriptOutOfRange("column " + std::to_string(column + 1) + " holds " +
+                                  std::to_string(kTemplatesPerColumn) + " templates already");
     const auto r = static_cast<std::size_t>(row);
     auto& fields = (*state_.varResourceTemplates)[column];
     fields[kStart][r] = Variant(dtStartDateTime);
@@ -100,7 +102,7 @@ void ctlScheduler::AddResourceTemplate(OleDate dtStartDateTime, OleDate dtEndDat
 }
 
 void ctlScheduler::wipeTemplates(int index) {
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
+    columnIndex(index);
     const std::string number = std::to_string(index + 1);
     for (const char* wipeColour : {kWipeFirstColour, kBareGridColour}) {
         // Fresh values for each paint, since a paint moves its end back a minute.

@@ -17,7 +17,8 @@ namespace {
 // dtLastSlot keeps column index i at entry i + 1.
 OleDate& lastSlotOf(std::array<OleDate, 12>& dtLastSlot, int index) {
     const int entry = index + 1;
-    if (entry < 0 || entry >= static_cast<int>(dtLastSlot.size())) throw SubscriptOutOfRange();
+    if (entry < 0 || entry >= static_cast<int>(dtLastSlot.size()))
+        throw SubscriptOutOfRange("no slot memory for a day view of index " + std::to_string(index));
     return dtLastSlot[static_cast<std::size_t>(entry)];
 }
 
@@ -61,15 +62,13 @@ void ctlScheduler::RefreshTimeslots(const std::string& strResourceNumber) {
 }
 
 bool ctlScheduler::ResourceTimeSlotSelected(int index, OleDate TimeSlot) const {
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    return w_.dvwResource[static_cast<std::size_t>(index)]->TimeSlotSelected(TimeSlot);
+    return w_.dvwResource[columnIndex(index)]->TimeSlotSelected(TimeSlot);
 }
 
 // A slot set here has no entry in dtLastSlot, so a click in another column does
 // not take it away; only the view itself or another write does.
 void ctlScheduler::setResourceTimeSlotSelected(int index, OleDate TimeSlot, bool value) {
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    w_.dvwResource[static_cast<std::size_t>(index)]->setTimeSlotSelected(TimeSlot, value);
+    w_.dvwResource[columnIndex(index)]->setTimeSlotSelected(TimeSlot, value);
     platform_.container.propertyChanged("Resource" + std::to_string(index + 1) + "TimeSlotSelected");
 }
 

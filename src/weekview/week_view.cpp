@@ -27,10 +27,9 @@ WeekViewForm& ctlScheduler::frmWeekView() {
 // No test comes first: a column without a resource passes empty texts, and the
 // date is the column's own, wherever it falls in its week.
 void ctlScheduler::mnoWeekView_Click() {
-    const std::int16_t index = FocusedColumnIndex();
-    if (index < 0 || index >= kColumns) throw SubscriptOutOfRange();
-    const std::string value = w_.cmbResourceValue[static_cast<std::size_t>(index)].text();
-    const std::string name = w_.cmbResource[static_cast<std::size_t>(index)].text();
+    const std::size_t index = columnIndex(FocusedColumnIndex());
+    const std::string value = w_.cmbResourceValue[index].text();
+    const std::string name = w_.cmbResource[index].text();
     const OleDate date = GetDayView(w_.txtResourceFocus.text)->CurrentDate();
     LoadWeekView(value, name, date);
 }

@@ -1,3 +1,4 @@
+#include <cmath>
 #include "control/control_fixture.h"
 
 using namespace quorvane;
@@ -91,6 +92,16 @@ TEST_F(LayoutTest, FailuresStopWhereTheyHappen) {
     EXPECT_THROW(control->setNumOfSchedules("2"), TypeMismatch);
     EXPECT_EQ(w().sbSchedule.max, 1) << "fails after the columns are placed, with the maximum at 1";
     EXPECT_FLOAT_EQ(view(9).Width, 7445);
+
+    // A width that does not fit a Single overflows before it is stored, so a
+    // scroll afterwards still places finite columns.
+    std::string tiny = "1E-300";
+    EXPECT_THROW(control->ModifySchedules(tiny), Overflow);
+    EXPECT_FLOAT_EQ(view(0).Width, 7445);
+    w().sbSchedule.setMax(5);
+    w().sbSchedule.setValue(4);
+    for (int i = 0; i < kColumns; ++i)
+        EXPECT_TRUE(std::isfinite(view(i).Left)) << i;
 
     EXPECT_THROW(control->ResizeControl(700, 5), InvalidPropertyValue);
     std::string many = "1000";

@@ -48,6 +48,7 @@ TEST(OleDateMake, RollsOverLikeDateSerial) {
         {makeDate(2008, 13, 1), makeDate(2009, 1, 1)}, {makeDate(2008, 3, 0), makeDate(2008, 2, 29)},
         {makeDate(2008, 0, 1), makeDate(2007, 12, 1)}, {makeDate(2008, -11, 1), makeDate(2007, 1, 1)},
         {makeDate(99, 1, 1), makeDate(1999, 1, 1)}, {makeDate(5, 1, 1), makeDate(2005, 1, 1)},
+        {makeDate(29, 12, 31), makeDate(2029, 12, 31)}, {makeDate(30, 1, 1), makeDate(1930, 1, 1)},
         {makeTime(24, 0, 0), OleDate(1)}, {at(23, 90), makeDateTime(2008, 1, 16, 0, 30, 0)},
         {makeDateTime(1899, 12, 29, 6, 0, 0), OleDate(-1.25)}, {makeTime(-1, 0, 0), OleDate(-1 - 23.0 / 24)}};
     // clang-format on

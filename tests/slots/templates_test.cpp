@@ -155,6 +155,8 @@ TEST_F(TemplateTest, WipeLeavesTheBareGridAndTheStore) {
     control->AddResourceTemplate(at(9, 0), at(10, 0), "Surgery", "#FF0000", "4", "Y");
     control->widgets().cmbDayIncrement[3].setText("15");
     control->wipeTemplates(3);
+    EXPECT_THROW(control->wipeTemplates(1 << 30), SubscriptOutOfRange);
+    EXPECT_THROW(control->wipeTemplates(-(1 << 30)), SubscriptOutOfRange);
     EXPECT_EQ(colourOf(3, at(0, 0), makeDate(2008, 1, 16)), kBare);
     EXPECT_EQ(count(3), 1);
     EXPECT_EQ(view(3).Increments(), 2);

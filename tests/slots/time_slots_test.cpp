@@ -203,6 +203,25 @@ TEST_F(TimeSlotTest, TenNamesEachReachTheirOwnColumn) {
     EXPECT_TRUE(log.empty()) << "a failed write reports nothing";
 }
 
+// A view outside the columns keeps its slot at the unused ends of the memory,
+// entry 0 for index -1 and 11 for index 10; past those there is no entry.
+TEST_F(TimeSlotTest, ViewsOutsideTheColumnsUseTheSpareEntries) {
+    for (const std::int16_t index : {std::int16_t(-1), std::int16_t(10)}) {
+        PVDayView outside(platform, index);
+        control->dvwResource_TimeSlotSelect(index, at(10, 0));
+        EXPECT_EQ(lastSlot(index + 1), at(10, 0));
+        outside.setTimeSlotSelected(at(10, 0), true);
+        control->RemoveTimeSlotSelected(outside);
+        EXPECT_FALSE(outside.TimeSlotSelected(at(10, 0)));
+        EXPECT_EQ(lastSlot(index + 1), OleDate());
+    }
+    for (const std::int16_t index : {std::int16_t(-2), std::int16_t(11)}) {
+        PVDayView outside(platform, index);
+        EXPECT_THROW(control->RemoveTimeSlotSelected(outside), SubscriptOutOfRange);
+        EXPECT_THROW(control->dvwResource_TimeSlotSelect(index, at(10, 0)), SubscriptOutOfRange);
+    }
+}
+
 // An appointment where a day view belongs fails before any column is touched.
 TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
     setColours();

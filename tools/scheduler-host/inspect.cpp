@@ -304,8 +304,8 @@ Variant Console::widgetProperty(const Chain& path) {
         }
         noArgs(prop);
         if (prop.name == "Text") return Variant(list->text());
-        if (prop.name == "ListIndex") return Variant(static_cast<std::int16_t>(list->listIndex()));
-        if (prop.name == "ListCount") return Variant(static_cast<std::int16_t>(list->listCount()));
+        if (prop.name == "ListIndex") return Variant(static_cast<std::int32_t>(list->listIndex()));
+        if (prop.name == "ListCount") return Variant(static_cast<std::int32_t>(list->listCount()));
         if (common(*list, prop.name, out)) return out;
         nothing(path);
     }
