@@ -374,6 +374,9 @@ public:
     TextField* findTextField(std::string_view name);
     Button* findButton(std::string_view name);
     MenuItem* findMenuItem(std::string_view name);
+    // The names the finders above know.
+    static std::vector<std::string> textFieldNames();
+    static std::vector<std::string> buttonNames();
 
 private:
     void beginBusy();

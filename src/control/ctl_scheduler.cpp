@@ -134,6 +134,20 @@ Button* ctlScheduler::findButton(std::string_view n) {
     return nullptr;
 }
 
+std::vector<std::string> ctlScheduler::textFieldNames() {
+    std::vector<std::string> names;
+    for (const NamedField& f : kTextFields)
+        names.emplace_back(f.name);
+    return names;
+}
+
+std::vector<std::string> ctlScheduler::buttonNames() {
+    std::vector<std::string> names;
+    for (const NamedButton& b : kButtons)
+        names.emplace_back(b.name);
+    return names;
+}
+
 MenuItem* ctlScheduler::findMenuItem(std::string_view n) {
     for (MenuItem* item : w_.menuItems)
         if (item->name == n) return item;

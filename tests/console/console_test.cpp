@@ -123,6 +123,9 @@ TEST(ConsoleRun, ScriptErrorStopsWithNameAndLine) {
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.err, "s.host:4: 'Nonesuch' names nothing\n");
     EXPECT_EQ(r.out, "> get ResourceNumber\n= \"1\"\n> get Nonesuch\n") << "nothing further runs";
+    EXPECT_EQ(runScript("call Schedulapp").err, "s.host:1: unknown method 'Schedulapp' (did you mean ScheduleApp?)\n");
+    EXPECT_EQ(runScript("once AddApptWithPatent call FocusControl").err,
+              "s.host:1: unknown event 'AddApptWithPatent' (did you mean AddApptWithPatient?)\n");
 
     const char* bad[] = {"get ImagingEnabled",         "set ResourceNumber = \"2\"",
                          "call ResourceNumber",        "call FocusControl(1)",

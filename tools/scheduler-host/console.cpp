@@ -1,5 +1,6 @@
 #include "console.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -7,6 +8,13 @@
 namespace quorvane::host {
 
 namespace {
+
+std::string suggestEvent(std::string_view name) {
+    std::vector<std::string> names;
+    for (const EventInfo& e : eventTable())
+        names.emplace_back(e.name);
+    return nearestNames(name, names);
+}
 
 // At most `digits` significant digits, no exponent, no trailing zeros.
 std::string fixedText(double d, int digits) {
@@ -192,7 +200,8 @@ void Console::execute(const Command& cmd) {
             break;
         case Verb::On:
         case Verb::Once: {
-            if (!findEvent(cmd.event)) throw ScriptError("unknown event '" + cmd.event + "'");
+            if (!findEvent(cmd.event))
+                throw ScriptError("unknown event '" + cmd.event + "'" + suggestEvent(cmd.event));
             // Check the handler's shape now, with its placeholders filled by
             // stand-ins, so that a malformed handler stops the script at its line.
             parseCommand(substitute(
@@ -205,7 +214,8 @@ void Console::execute(const Command& cmd) {
             if (cmd.event.empty()) {
                 handlers_.clear();
             } else {
-                if (!findEvent(cmd.event)) throw ScriptError("unknown event '" + cmd.event + "'");
+                if (!findEvent(cmd.event))
+                    throw ScriptError("unknown event '" + cmd.event + "'" + suggestEvent(cmd.event));
                 std::erase_if(handlers_, [&](const Handler& h) { return h.event == cmd.event; });
             }
             break;
@@ -281,7 +291,7 @@ Variant Console::evaluate(const Expr& e) {
     if (ref.size() == 1 && !head.hasArgs) {
         auto var = variables_.find(head.name);
         if (var != variables_.end()) return var->second;
-        throw ScriptError("unknown variable '" + head.name + "'");
+        throw ScriptError("unknown variable '" + head.name + "'" + suggest(head.name, {}));
     }
     throw ScriptError("'" + head.name + "' is not a value");
 }
@@ -348,12 +358,36 @@ void checkArity(const MemberInfo& m, std::size_t given) {
 }
 } // namespace
 
+std::string Console::suggest(std::string_view name, std::initializer_list<MemberKind> kinds) {
+    std::vector<std::string> names;
+    for (const MemberInfo& m : memberTable())
+        if (std::find(kinds.begin(), kinds.end(), m.kind) != kinds.end()) names.push_back(m.name);
+    for (const auto& [variable, value] : variables_)
+        names.push_back(variable);
+    return nearestNames(name, names);
+}
+
+std::string Console::suggestWidget(std::string_view name) {
+    std::vector<std::string> names = ctlScheduler::textFieldNames();
+    for (std::string& b : ctlScheduler::buttonNames())
+        names.push_back(std::move(b));
+    for (const MenuItem* item : control_->widgets().menuItems)
+        names.push_back(item->name);
+    for (const char* other :
+         {"cmbResourceGroup", "cmbNumOfSchedules", "sbSchedule", "calCalendar", "cmbResource",
+          "cmbResourceValue", "cmbResourceCatType", "cmbDayIncrement", "dvwResource", "wvwWeekView",
+          "frmWeekView", "txtResource", "cmdClose", "Label1", "UserControl", "state", "app"})
+        names.emplace_back(other);
+    return nearestNames(name, names);
+}
+
 void Console::doSet(const Command& cmd) {
     const Segment& seg = cmd.target.front();
     const MemberInfo* m = findMember(seg.name, MemberKind::PropertyLet);
     if (!m) {
         if (memberExists(seg.name)) throw ScriptError("'" + seg.name + "' cannot be written");
-        throw ScriptError("unknown property '" + seg.name + "'");
+        throw ScriptError("unknown property '" + seg.name + "'" +
+                          suggest(seg.name, {MemberKind::PropertyLet}));
     }
     std::vector<Expr> exprs = seg.args;
     exprs.push_back(cmd.value);
@@ -369,7 +403,7 @@ void Console::doCall(const Command& cmd) {
     const MemberInfo* m = findMember(seg.name, MemberKind::Method);
     if (!m) {
         if (memberExists(seg.name)) throw ScriptError("'" + seg.name + "' is not a method");
-        throw ScriptError("unknown method '" + seg.name + "'");
+        throw ScriptError("unknown method '" + seg.name + "'" + suggest(seg.name, {MemberKind::Method}));
     }
     checkArity(*m, seg.args.size());
     std::vector<Variant> args;
@@ -393,7 +427,8 @@ void Console::doGet(const Command& cmd) {
         }
         if (memberExists(head.name)) throw ScriptError("'" + head.name + "' cannot be read");
         if (!head.hasArgs && variables_.count(head.name) == 0)
-            throw ScriptError("'" + head.name + "' names nothing");
+            throw ScriptError("'" + head.name + "' names nothing" +
+                              suggest(head.name, {MemberKind::PropertyGet}));
         emit("= " + printValue(evaluate(Expr{Expr::Kind::Reference, {}, path})));
         return;
     }

@@ -20,6 +20,12 @@ namespace quorvane::host {
 // A value as the transcript prints it: a literal a script could read back.
 std::string printValue(const Variant& v);
 
+// The console's help: the language, and every member and event with its arguments.
+std::string usageText();
+std::string listText();
+// " (did you mean A, B?)" with the names closest to a misspelt one, or "".
+std::string nearestNames(std::string_view name, const std::vector<std::string>& candidates);
+
 class Console {
 public:
     Console(std::ostream& out, OleDate today);
@@ -35,6 +41,9 @@ public:
     void runLine(std::string_view text, int line);
 
     ctlScheduler& control() { return *control_; }
+    // Names a misspelt NAME may have meant: members of the kind, and script variables.
+    std::string suggest(std::string_view name, std::initializer_list<MemberKind> kinds);
+    std::string suggestWidget(std::string_view name);
     Platform& platform() { return platform_; }
 
 private:

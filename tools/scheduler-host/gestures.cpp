@@ -24,6 +24,14 @@ bool isEditable(std::string_view name) {
     return name == "txtAppComments" || name == "txtAppChiefComplaint" || name == "txtAppPriorAuthNum";
 }
 
+void collectShown(const std::vector<MenuItem*>& items, std::vector<std::string>& names) {
+    for (const MenuItem* item : items) {
+        if (!item->visible || item->isSeparator()) continue;
+        names.push_back(item->name);
+        collectShown(item->children, names);
+    }
+}
+
 MenuItem* findShown(const std::vector<MenuItem*>& items, const std::string& name) {
     for (MenuItem* item : items) {
         if (!item->visible) continue;
@@ -47,7 +55,11 @@ void Console::doGesture(const Gesture& g) {
             name += "(" + std::to_string(wholeNumber(g.widget.args[0], "the menu index")) + ")";
         }
         MenuItem* item = findShown(menu->items, name);
-        if (!item) throw ScriptError("'" + name + "' is not shown in " + menu->name);
+        if (!item) {
+            std::vector<std::string> shown;
+            collectShown(menu->items, shown);
+            throw ScriptError("'" + name + "' is not shown in " + menu->name + nearestNames(name, shown));
+        }
         if (item->isSeparator()) throw ScriptError("'" + name + "' is a separator");
         if (!control_->UserControlEnabled() || !item->enabled) return emit("~ disabled");
         if (item->onClick) item->onClick();
@@ -79,7 +91,7 @@ void Console::doGesture(const Gesture& g) {
         } catch (const SubscriptOutOfRange&) {
             throw ScriptError("no pick list " + target.name + " at that index");
         }
-        if (!list) throw ScriptError("'" + target.name + "' is no pick list");
+        if (!list) throw ScriptError("'" + target.name + "' is no pick list" + suggestWidget(target.name));
         const std::string item = textValue(evaluate(g.values.at(0)));
         if (!enabled) return emit("~ disabled");
         if (!list->visible) return emit("~ hidden");
@@ -98,7 +110,8 @@ void Console::doGesture(const Gesture& g) {
             if (target.hasArgs || g.target.hasArgs)
                 throw ScriptError("'" + g.target.name + "' is no text field");
             field = control_->findTextField(g.target.name);
-            if (!field) throw ScriptError("'" + g.target.name + "' is no text field");
+            if (!field)
+                throw ScriptError("'" + g.target.name + "' is no text field" + suggestWidget(g.target.name));
         } else {
             field = control_->findTextField(platform_.container.activeControl());
         }
@@ -122,7 +135,7 @@ void Console::doGesture(const Gesture& g) {
     }
     if (a == "click" && g.aim.empty()) {
         Button* button = control_->findButton(target.name);
-        if (!button) throw ScriptError("'" + target.name + "' is no button");
+        if (!button) throw ScriptError("'" + target.name + "' is no button" + suggestWidget(target.name));
         if (!enabled || !button->enabled) return emit("~ disabled");
         if (!button->visible) return emit("~ hidden");
         button->click();

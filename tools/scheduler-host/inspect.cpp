@@ -351,7 +351,7 @@ Variant Console::widgetProperty(const Chain& path) {
         nothing(path);
     }
     if (MenuItem* item = control_->findMenuItem(head.name)) return menuItemProperty(*item, path);
-    nothing(path);
+    throw ScriptError("'" + head.name + "' names nothing" + suggestWidget(head.name));
 }
 
 Variant Console::menuItemProperty(const MenuItem& item, const Chain& path) {

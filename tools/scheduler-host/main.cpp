@@ -9,32 +9,6 @@
 
 using namespace quorvane;
 
-namespace {
-
-const char* const kUsage = R"(usage: scheduler-host [--today M/D/YYYY] [SCRIPT]
-
-Reads SCRIPT (standard input when absent or -) and writes the transcript.
-Exit status: 0 when the script ran to its end, 2 for a script error, 1 otherwise.
-
-Commands:
-  set NAME = VALUE            set NAME(ARG) = VALUE
-  get NAME                    get NAME(ARG)        get PATH
-  call NAME                   call NAME(ARG, ...)
-  let VAR = VALUE             answer Yes | answer No
-  on EVENT COMMAND            once EVENT COMMAND   off EVENT | off
-  user GESTURE                today DATE           twips TPX TPY
-Gestures:
-  click|rightclick dvwResource(I) at TIME | on KEY     dblclick dvwResource(I) on KEY
-  slot dvwResource(I) TIME    type dvwResource(I) at TIME "TEXT"
-  resize dvwResource(I) KEY to TIME                    delete dvwResource(I) KEY
-  drag dvwResource(I) KEY to dvwResource(J) TIME       scroll dvwResource(I) to TIME
-  date dvwResource(I) DATE    pick LIST "ITEM"     click BUTTON        menu ITEM
-  key CODE [in FIELD]         calendar DATE        scroll sbSchedule VALUE
-  type FIELD "TEXT"
-)";
-
-} // namespace
-
 int main(int argc, char** argv) {
     try {
         OleDate today{};
@@ -44,7 +18,11 @@ int main(int argc, char** argv) {
         for (int i = 1; i < argc; ++i) {
             const std::string arg = argv[i];
             if (arg == "--help" || arg == "-h") {
-                std::cout << kUsage;
+                std::cout << host::usageText();
+                return 0;
+            }
+            if (arg == "--list") {
+                std::cout << host::listText();
                 return 0;
             }
             if (arg == "--today") {
@@ -59,7 +37,7 @@ int main(int argc, char** argv) {
                 script = arg;
                 haveScript = true;
             } else {
-                std::cerr << "scheduler-host: unknown argument '" << arg << "'\n" << kUsage;
+                std::cerr << "scheduler-host: unknown argument '" << arg << "'\n" << host::usageText();
                 return 1;
             }
         }
