@@ -14,3 +14,8 @@ for cfg in release asan; do
   echo "== tests ($cfg)"
   ctest --test-dir "$dir" --output-on-failure -j "$jobs"
 done
+# The re-entrant host scripts print the same transcript in both builds.
+echo "== re-entrant scripts: plain and sanitizer transcripts"
+for t in "$root"/build-test-release/reentrancy/*.transcript; do
+  cmp "$t" "$root/build-test-asan/reentrancy/$(basename "$t")"
+done
