@@ -38,44 +38,58 @@ public:
         if (text.size() > UINT32_MAX) throw Overflow("a catalogue string of more than 4 GiB");
         set_ = true, rows_ = rows, fields_ = fields;
         text_ = std::move(text);
-        cells_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(fields), Cell{});
+        cells_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(fields), Piece{});
     }
+    // Text equality for the walks over whole tables: cells of one column mostly
+    // share their length and their start ("Category 12", "Category 13"), so the
+    // last characters are compared before the rest.
+    static bool same(std::string_view a, std::string_view b) {
+        return a.size() == b.size() && (a.empty() || (a.back() == b.back() && a == b));
+    }
+
     std::string_view at(int row, int field) const {
-        const Cell c = cells_[offset(row, field)];
-        return std::string_view(text_).substr(c.offset, c.length);
+        const Piece c = cells_[offset(row, field)];
+        return std::string_view(text_.data() + c.offset, c.length);
     }
-    // Points a cell at `length` characters of the kept text from `from`.
-    void setPiece(int row, int field, std::size_t from, std::size_t length) {
-        Cell& c = cells_[offset(row, field)];
-        c.offset = static_cast<std::uint32_t>(from);
-        c.length = static_cast<std::uint32_t>(length);
+    // Where a cell's text stands in the kept text.
+    struct Piece {
+        std::uint32_t offset = 0, length = 0;
+    };
+    // Takes a whole table at once: rows * fields pieces of `text`, row by row.
+    void adopt(int rows, int fields, std::string text, std::vector<Piece> pieces) {
+        if (text.size() > UINT32_MAX) throw Overflow("a catalogue string of more than 4 GiB");
+        pieces.resize(static_cast<std::size_t>(rows) * static_cast<std::size_t>(fields));
+        set_ = true, rows_ = rows, fields_ = fields;
+        text_ = std::move(text);
+        cells_ = std::move(pieces);
     }
     // Gives a cell a text of its own, kept after the text the table was read from.
     void set(int row, int field, std::string_view value) {
         const std::size_t index = offset(row, field);
         if (text_.size() + value.size() > UINT32_MAX) throw Overflow("a catalogue table of more than 4 GiB");
         cells_[index] =
-            Cell{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(value.size())};
+            Piece{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(value.size())};
         text_.append(value);
     }
 
 private:
-    struct Cell {
-        std::uint32_t offset = 0, length = 0;
-    };
-
+    // One compare each for row and field; an unset table has no rows.
     std::size_t offset(int row, int field) const {
-        if (!set_) throw SubscriptOutOfRange("a catalogue table that was never assigned");
-        if (row < 0 || row >= rows_ || field < 0 || field >= fields_)
-            throw SubscriptOutOfRange("no cell (" + std::to_string(row) + ", " + std::to_string(field) + ")");
+        if (static_cast<unsigned>(row) >= static_cast<unsigned>(rows_) ||
+            static_cast<unsigned>(field) >= static_cast<unsigned>(fields_)) [[unlikely]]
+            noCell(row, field);
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(fields_) +
                static_cast<std::size_t>(field);
+    }
+    [[noreturn]] void noCell(int row, int field) const {
+        if (!set_) throw SubscriptOutOfRange("a catalogue table that was never assigned");
+        throw SubscriptOutOfRange("no cell (" + std::to_string(row) + ", " + std::to_string(field) + ")");
     }
 
     bool set_ = false;
     int rows_ = 0, fields_ = 0;
     std::string text_;
-    std::vector<Cell> cells_;
+    std::vector<Piece> cells_;
 };
 
 } // namespace quorvane

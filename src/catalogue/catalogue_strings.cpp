@@ -123,17 +123,17 @@ void ctlScheduler::FillCategoryLists() {
     std::string_view lastSubType;
     std::string subTypeItem;
     for (int row = 0; row < rows; ++row) {
-        if (groups.at(row, GroupFields::GroupName) != currentGroup) continue;
+        if (!StringTable::same(groups.at(row, GroupFields::GroupName), currentGroup)) continue;
         // An empty field lists nothing; only the last field of a string can be
         // empty, so this spares the last row's empty sub-type an item of blanks.
         const std::string_view category = groups.at(row, GroupFields::ResourceCatType);
-        if (!category.empty() && category != lastCategory) {
+        if (!category.empty() && !StringTable::same(category, lastCategory)) {
             addToAllColumns(category);
             lastCategory = category;
             lastSubType = {};
         }
         const std::string_view subType = groups.at(row, GroupFields::ResourceSubType);
-        if (!subType.empty() && subType != lastSubType) {
+        if (!subType.empty() && !StringTable::same(subType, lastSubType)) {
             subTypeItem.assign(kSubTypeIndent).append(subType);
             addToAllColumns(subTypeItem);
             lastSubType = subType;

@@ -95,9 +95,12 @@ void ctlScheduler::SetColumnDefault(const std::string& strGroupId, const std::st
     const std::int16_t column = toInteger(textToNumber(strColumnNumber) - 1);
     const StringTable& groups = walked(state_.arrResourceGroups);
     const std::string group = w_.cmbResourceGroup.text();
-    for (int r = 0; r < groups.rows(); ++r) {
-        if (groups.at(r, kGroupName) != group) continue;
-        if (groups.at(r, kGroupId) != strGroupId || groups.at(r, kResourceValue) != strResourceValue)
+    // The identifier is the most telling of the three, so it is compared first.
+    const int rows = groups.rows();
+    for (int r = 0; r < rows; ++r) {
+        if (!StringTable::same(groups.at(r, kResourceValue), strResourceValue) ||
+            !StringTable::same(groups.at(r, kGroupName), group) ||
+            !StringTable::same(groups.at(r, kGroupId), strGroupId))
             continue;
         columnIndex(column);
         const std::string category(groups.at(r, kCatType));
@@ -137,8 +140,11 @@ void ctlScheduler::FillResources(int field, const std::string& strText, std::int
     names.clear();
     const StringTable& groups = walked(state_.arrResourceGroups);
     const std::string& group = w_.cmbResourceGroup.text();
-    for (int r = 0; r < groups.rows(); ++r) {
-        if (groups.at(r, kGroupName) != group || groups.at(r, field) != strText) continue;
+    const int rows = groups.rows();
+    for (int r = 0; r < rows; ++r) {
+        if (!StringTable::same(groups.at(r, field), strText) ||
+            !StringTable::same(groups.at(r, kGroupName), group))
+            continue;
         values.addItem(std::string(groups.at(r, kResourceValue)));
         names.addItem(std::string(groups.at(r, kResourceName)));
     }
