@@ -6,5 +6,7 @@ QUORVANE_NEED_BENCH=1 "$root/scripts/deps.sh"
 dir="$root/build-bench"
 cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=Release -DQUORVANE_BUILD_BENCH=ON -DQUORVANE_BUILD_TESTS=OFF \
   -DQUORVANE_BUILD_EXAMPLES=OFF >/dev/null
-cmake --build "$dir" -j "$(nproc)" --target catalogue-bench
-"$dir/catalogue-bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true "$@"
+cmake --build "$dir" -j "$(nproc)" --target catalogue-bench gesture-bench
+for bench in catalogue-bench gesture-bench; do
+  "$dir/$bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true "$@"
+done
