@@ -1,0 +1,333 @@
+#include "desk_host.h"
+
+#include <QuorvaneScheduler/errors.h>
+
+#include <QDate>
+
+using namespace quorvane;
+
+namespace practice {
+
+namespace {
+
+// The practice's six status colours, as the desk shows them.
+const std::pair<const char*, std::int32_t> kStatusColours[] = {
+    {"ccScheduled", 0xFFE0C0},  {"ccConfirmed", 0xC0FFC0}, {"ccCheckedIn", 0x80E0FF},
+    {"ccCheckedOut", 0xD0D0D0}, {"ccNoShow", 0x8080FF},    {"ccCancelled", 0xA0A0A0},
+};
+
+Variant str(const QString& s) { return Variant(s.toStdString()); }
+QString qs(const std::string& s) { return QString::fromStdString(s); }
+
+// "Column 3" of the control, as text the members take.
+Variant columnText(int column) { return Variant(std::to_string(column)); }
+
+} // namespace
+
+DeskHost::DeskHost(ctlScheduler& control, PracticeStore& store) : session_(control), store_(store) {
+    control.setEventSink(this);
+}
+
+void DeskHost::say(const QString& message) {
+    if (tell) tell(message);
+}
+
+void DeskHost::mention(const QString& what) {
+    if (note) note(what);
+}
+
+void DeskHost::start(int widthPixels, int heightPixels) {
+    for (const auto& [name, colour] : kStatusColours)
+        session_.set(name, Variant(colour));
+    session_.set("ImagingEnabled", Variant("Y"));
+    session_.set("TaskingEnabled", Variant("true"));
+    session_.call("ResizeControl", {Variant(static_cast<std::int16_t>(heightPixels)),
+                                    Variant(static_cast<std::int16_t>(widthPixels))});
+    const Catalogue c = store_.catalogue();
+    // Views and defaults first: assigning the groups selects the default group
+    // at once, and that reads both.
+    session_.set("ResourceGroupViews", str(c.views));
+    session_.set("ResourceGroupDefaults", str(c.defaults));
+    session_.set("ResourceGroups", str(c.groups));
+}
+
+qint64 DeskHost::currentAppointmentId() {
+    bool ok = false;
+    const qint64 id = qs(session_.text("AppAppointmentId")).toLongLong(&ok);
+    return ok ? id : 0;
+}
+
+bool DeskHost::stored(const std::function<void()>& change, const std::function<void()>& reload) {
+    try {
+        change();
+        return true;
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+        if (reload) reload();
+        return false;
+    }
+}
+
+void DeskHost::reloadColumns() {
+    const int shown = qs(session_.control().widgets().sbSchedule.tag).toInt();
+    for (int column = 1; column <= std::min(shown, kColumns); ++column)
+        if (!session_.text("Resource" + std::to_string(column) + "Value").empty())
+            session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(column))});
+}
+
+// A column emptied for a resource and a date: its slot length, its grid, its
+// blocks, its appointments and its types, then the top of the day.
+void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant& date) {
+    const Variant number = columnText(column);
+    const std::string increment = "DayIncrement" + std::to_string(column);
+    if (session_.text(increment) != "15") session_.set(increment, Variant("15"));
+    const OleDate day = date.toDate();
+    try {
+        session_.call("RefreshTimeslots", {number});
+        for (const Template& t : store_.templates(qs(resource), day))
+            session_.call("AddResourceTemplate", {Variant(t.start), Variant(t.end), str(t.description),
+                                                  str(t.colour), number, Variant("Y")});
+        for (const StoredAppointment& a : store_.appointments(qs(resource), day))
+            session_.call("AddAppointment", {number, str(a.description), Variant(a.start), Variant(a.end),
+                                             Variant(std::to_string(a.id)), str(a.status),
+                                             str(a.recurrenceId), str(a.patientId)});
+        session_.call("SetAppointmentType", {str(store_.appointmentTypes(qs(resource))), number});
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+    session_.call("DisplayTopIndex", {Variant(addMinutes(datePart(day), 8 * 60)), number});
+}
+
+// A booking stands on the grid with an empty tag: store it, name it, paint it.
+void DeskHost::AddApptWithPatient(Str column, Str resource) {
+    StoredAppointment a;
+    a.resource = qs(resource);
+    a.start = parseDate(session_.text("AppStartDateTime"));
+    a.end = parseDate(session_.text("AppEndDateTime"));
+    a.description = qs(session_.text("AppDescription"));
+    a.patientId = qs(session_.text("AppPatEID"));
+    a.status = "Scheduled";
+    a.typeId = qs(session_.text("AppointmentTypeID"));
+    a.comments = qs(session_.text("AppComments"));
+    a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
+    a.priorAuth = qs(session_.text("AppPriorAuthNum"));
+    a.refProvider = qs(session_.text("AppRefProvider"));
+    a.refProviderId = qs(session_.text("AppRefProviderEID"));
+    const std::string key = session_.text("AppKey");
+    qint64 id = 0;
+    if (stored([&] { id = store_.addAppointment(a); },
+               [&] {
+                   session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))});
+               })) {
+        session_.call("SetAppId",
+                      {Variant(column), Variant(std::to_string(id)), Variant(key), str(a.patientId)});
+        const AppointmentRef booked = session_.control().GetDayView(column)->appointmentSet().Item(
+            static_cast<std::int32_t>(std::stol(key)));
+        if (booked) session_.call("SetStatus", {Variant(ObjectRef(booked)), Variant("Scheduled")});
+    }
+    endBusy();
+}
+
+void DeskHost::UpdateAppStatus(Str, Variant& status) {
+    const qint64 id = currentAppointmentId();
+    const QString wanted = qs(status.toString());
+    if (stored([&] { store_.setStatus(id, wanted); }, [&] { reloadColumns(); }))
+        session_.call("UpdateCurrentAppStatus", {str(wanted)});
+    endBusy();
+}
+
+void DeskHost::ResourceAfterDrag(Str resource, Str) {
+    const qint64 id = currentAppointmentId();
+    const OleDate start = parseDate(session_.text("AppStartDateTime"));
+    const OleDate end = parseDate(session_.text("AppEndDateTime"));
+    // A refused move is put back by loading the columns from the store again.
+    stored([&] { store_.moveAppointment(id, qs(resource), start, end); }, [&] { reloadColumns(); });
+    endBusy();
+}
+
+void DeskHost::ResourceAfterResize(Str resource, Str) {
+    const qint64 id = currentAppointmentId();
+    const OleDate start = parseDate(session_.text("AppStartDateTime"));
+    const OleDate end = parseDate(session_.text("AppEndDateTime"));
+    stored([&] { store_.moveAppointment(id, qs(resource), start, end); }, [&] { reloadColumns(); });
+    endBusy();
+}
+
+// Asked before the appointment leaves the grid; a refusal reloads the column,
+// which puts it back from the store.
+void DeskHost::ResourceBeforeRemove(Str, Str column) {
+    const qint64 id = currentAppointmentId();
+    stored(
+        [&] { store_.removeAppointment(id); },
+        [&] { session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))}); });
+    endBusy();
+}
+
+void DeskHost::SaveAdditionalAppInfo(Str) {
+    StoredAppointment a;
+    a.id = currentAppointmentId();
+    a.comments = qs(session_.text("AppComments"));
+    a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
+    a.priorAuth = qs(session_.text("AppPriorAuthNum"));
+    a.refProvider = qs(session_.text("AppRefProvider"));
+    a.refProviderId = qs(session_.text("AppRefProviderEID"));
+    stored([&] { store_.saveDetails(a); }, {});
+    endBusy();
+}
+
+// The pane and the panel for the appointment the user loaded.
+void DeskHost::AppointmentSelected(Str) {
+    try {
+        const StoredAppointment a = store_.appointment(currentAppointmentId());
+        session_.set("AppPatEID", str(a.patientId));
+        session_.set("AppComments", str(a.comments));
+        session_.set("AppChiefComplaint", str(a.chiefComplaint));
+        session_.set("AppPriorAuthNum", str(a.priorAuth));
+        session_.set("AppRefProvider", str(a.refProvider));
+        session_.set("AppRefProviderEID", str(a.refProviderId));
+        loadPatient(a.patientId);
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+    endBusy();
+}
+
+void DeskHost::loadPatient(const QString& id) {
+    const Patient p = store_.patient(id);
+    const std::pair<const char*, const QString*> fields[] = {
+        {"PatEID", &p.id},
+        {"PatName", &p.name},
+        {"PatChartNumber", &p.chartNumber},
+        {"PatDOB", &p.dob},
+        {"PatSex", &p.sex},
+        {"PatPCP", &p.pcp},
+        {"PatHomePhone", &p.homePhone},
+        {"PatHomePhoneExt", &p.homePhoneExt},
+        {"PatWorkPhone", &p.workPhone},
+        {"PatWorkPhoneExt", &p.workPhoneExt},
+        {"PatOtherPhone", &p.otherPhone},
+        {"PatOtherPhoneExt", &p.otherPhoneExt},
+        {"PatPriIns", &p.primaryIns},
+        {"PatPrimaryActive", &p.primaryActive},
+        {"PatPrimaryCoPay", &p.primaryCoPay},
+        {"PatSecIns", &p.secondaryIns},
+        {"PatSecondaryActive", &p.secondaryActive},
+        {"PatSecondaryCoPay", &p.secondaryCoPay},
+        {"PatBalance30", &p.balance30},
+        {"PatBalance60", &p.balance60},
+        {"PatBalance90", &p.balance90},
+        {"PatBalance180", &p.balance180},
+        {"PatDOD", &p.dod},
+        {"PhotoImageId", &p.photoImageId},
+    };
+    for (const auto& [property, value] : fields)
+        session_.set(property, str(*value));
+    session_.call("PatientLoaded");
+}
+
+void DeskHost::PatientSearch() {
+    const QString id = choosePatient ? choosePatient() : QString();
+    if (id.isEmpty()) return;
+    try {
+        loadPatient(id);
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+}
+
+// The week of the resource: appointments count their days from 1, templates from 0.
+void DeskHost::OnWeekLoad(Str resource, OleDate date) {
+    const QDate d = QDate(splitDate(date).year, splitDate(date).month, splitDate(date).day);
+    const OleDate monday = addDays(datePart(date), 1 - d.dayOfWeek());
+    try {
+        for (const StoredAppointment& a :
+             store_.appointmentsBetween(qs(resource), monday, addDays(monday, 6))) {
+            const auto day = static_cast<std::int16_t>(datePart(a.start).value - monday.value + 1);
+            session_.call("AddWkvwAppointment",
+                          {Variant("1"), str(a.description), Variant(a.start), Variant(a.end),
+                           Variant(std::to_string(a.id)), str(a.status), Variant(day)});
+        }
+        for (std::int16_t day = 0; day < 7; ++day)
+            for (const Template& t : store_.templates(qs(resource), addDays(monday, day)))
+                session_.call("AddTemplateWeekview", {Variant(day), Variant(t.start), Variant(t.end),
+                                                      str(t.description), str(t.colour)});
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+    session_.call("ShowWkvw");
+}
+
+// The first half hour of a working day, from the column's date on, that no
+// appointment of the resource takes; the column then shows it.
+void DeskHost::NextAvailable(Str resource, Str column) {
+    OleDate day = GetDayViewDate(column);
+    for (int tries = 0; tries < 60; ++tries, day = addDays(day, 1)) {
+        const std::vector<StoredAppointment> taken = store_.appointments(qs(resource), day);
+        for (int minute = 8 * 60; minute + 30 <= 17 * 60; minute += 15) {
+            const OleDate start = addMinutes(day, minute), end = addMinutes(start, 30);
+            bool free = true;
+            for (const StoredAppointment& a : taken)
+                if (a.start < end && start < a.end && a.status != "Cancelled") free = false;
+            if (!free) continue;
+            session_.call("SetResourceAndDate",
+                          {Variant(resource), Variant(static_cast<std::int16_t>(std::stoi(column))),
+                           Variant(mmddyyyyText(day))});
+            session_.call("DisplayTopIndex", {Variant(start), Variant(column)});
+            return;
+        }
+    }
+    say("There is no free half hour in the next two months.");
+}
+
+OleDate DeskHost::GetDayViewDate(const std::string& column) {
+    return session_.control().GetDayView(column)->CurrentDate();
+}
+
+void DeskHost::RefreshAllSchedules() { reloadColumns(); }
+void DeskHost::RefreshAllDisplayAll() { reloadColumns(); }
+
+void DeskHost::PrintDay(Str resource, Str info) {
+    if (printDay) printDay(qs(resource), qs(info));
+}
+
+void DeskHost::DisplayPhoto(Str, Str, Str imageId, Str) {
+    if (showPhoto) showPhoto(qs(imageId));
+}
+
+void DeskHost::HidePhoto() {
+    if (showPhoto) showPhoto(QString());
+}
+
+// Commands whose screens belong to other parts of a practice's software.
+void DeskHost::ValidatePatient(Str p) { mention("Validate patient " + qs(p)); }
+void DeskHost::PrintResourceSuperbills(Str r, Str d) {
+    mention("Print the superbills of " + qs(r) + " for " + qs(d));
+}
+void DeskHost::AppointmentSearch(Str c) { mention("Search the appointments of column " + qs(c)); }
+void DeskHost::AddEditRecurrence(Str tag, Str) { mention("Edit the recurrence of " + qs(tag)); }
+void DeskHost::OpenPatient(Str p) { mention("Open patient " + qs(p)); }
+void DeskHost::OpenPatientHistory(Str p) { mention("Open the history of patient " + qs(p)); }
+void DeskHost::RefProviderSearch() { mention("Search a referring provider"); }
+void DeskHost::PrintSuperbill(Str a, Str p) { mention("Print superbill " + qs(a) + " of patient " + qs(p)); }
+void DeskHost::PrintDaysFacesheets(Str r, Str d) {
+    mention("Print the face sheets of " + qs(r) + " for " + qs(d));
+}
+void DeskHost::PrintFaceSheet(Str a, Str p) { mention("Print face sheet " + qs(a) + " of patient " + qs(p)); }
+void DeskHost::DisplayQuickScan(Str p, std::int16_t n) {
+    mention("Scan " + QString::number(n) + " for patient " + qs(p));
+}
+void DeskHost::QuickComments(Str, Str type) { mention("Quick comments for the " + qs(type)); }
+void DeskHost::DisplayTasking() { mention("Open the office tasks"); }
+void DeskHost::DisplayRecallSetup(Str p) { mention("Add patient " + qs(p) + " to the recall list"); }
+void DeskHost::DisplayRecallList() { mention("Open the recall list"); }
+void DeskHost::DisplayLegend() { mention("Lunch in grey, surgery in pink"); }
+void DeskHost::PrintTxPlan(Str a, Str p, Str) {
+    mention("Print the treatment plan " + qs(a) + " of patient " + qs(p));
+}
+void DeskHost::OpenQuickPay(Str a, Str p) { mention("Quick pay for " + qs(a) + " of patient " + qs(p)); }
+void DeskHost::OpenAuthorization(Str a, Str p) {
+    mention("Authorization of " + qs(a) + " for patient " + qs(p));
+}
+void DeskHost::OpenOfficeCommunication(Str p) { mention("Office communication about patient " + qs(p)); }
+
+} // namespace practice

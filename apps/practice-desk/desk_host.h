@@ -1,0 +1,95 @@
+#pragma once
+// The practice desk's side of the control: it answers every event as a
+// practice's software does, from its store. A change the user made on the grid
+// is stored in one transaction before the control is told it succeeded; when
+// the store refuses it, the user is told why and the affected columns are
+// loaded again from the store, so the grid never shows what was not stored.
+//
+// What needs a window (a message, the patient search, the printout, a photo) is
+// asked of the desk's window through the hooks below; without them the desk
+// runs headless.
+
+#include "control_session.h"
+#include "practice_store.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace practice {
+
+class DeskHost final : public quorvane::ctlSchedulerEvents {
+public:
+    DeskHost(quorvane::ctlScheduler& control, PracticeStore& store);
+
+    // Brings the control up from the store: colours, size, catalogue.
+    void start(int widthPixels, int heightPixels);
+
+    ControlSession& session() { return session_; }
+
+    // The window's part. Each may stay empty.
+    std::function<void(const QString& message)> tell;
+    std::function<QString()> choosePatient; // a patient id, or empty
+    std::function<void(const QString& resource, const QString& info)> printDay;
+    std::function<void(const QString& imageId)> showPhoto; // empty: take it away
+    std::function<void(const QString& what)> note;         // commands the desk only mentions
+
+    // The events, in the order of the interface.
+    using Str = const std::string&;
+    void ValidatePatient(Str patient) override;
+    void UpdateAppStatus(Str resource, quorvane::Variant& status) override;
+    void SaveAdditionalAppInfo(Str resource) override;
+    void PrintDay(Str resource, Str info) override;
+    void PrintResourceSuperbills(Str resource, Str date) override;
+    void AddApptWithPatient(Str column, Str resource) override;
+    void PatientSearch() override;
+    void AppointmentSearch(Str column) override;
+    void AddEditRecurrence(Str tag, Str column) override;
+    void OnWeekLoad(Str resource, quorvane::OleDate date) override;
+    void OpenPatient(Str patient) override;
+    void OpenPatientHistory(Str patient) override;
+    void AppointmentSelected(Str column) override;
+    void ResourceBeforeRemove(Str resource, Str column) override;
+    void ResourceAfterResize(Str resource, Str column) override;
+    void ResourceAfterDrag(Str resource, Str column) override;
+    void ResourceOnClick(std::int16_t column, Str resource, const quorvane::Variant& date) override;
+    void NextAvailable(Str resource, Str column) override;
+    void RefreshAllSchedules() override;
+    void RefreshAllDisplayAll() override;
+    void RefProviderSearch() override;
+    void PrintSuperbill(Str app, Str patient) override;
+    void PrintDaysFacesheets(Str resource, Str date) override;
+    void PrintFaceSheet(Str app, Str patient) override;
+    void DisplayPhoto(Str, Str, Str imageId, Str) override;
+    void HidePhoto() override;
+    void DisplayQuickScan(Str patient, std::int16_t scan) override;
+    void QuickComments(Str text, Str type) override;
+    void DisplayTasking() override;
+    void DisplayRecallSetup(Str patient) override;
+    void DisplayRecallList() override;
+    void DisplayLegend() override;
+    void PrintTxPlan(Str app, Str patient, Str date) override;
+    void OpenQuickPay(Str app, Str patient) override;
+    void OpenAuthorization(Str app, Str patient) override;
+    void OpenOfficeCommunication(Str patient) override;
+
+    // Fills the patient panel with a patient of the store and applies its rules.
+    void loadPatient(const QString& id);
+    // Loads every column on screen again from the store.
+    void reloadColumns();
+
+private:
+    // The appointment the pane describes, by the id of its tag.
+    qint64 currentAppointmentId();
+    // Runs a change of the store; on refusal the user is told and `reload` runs.
+    bool stored(const std::function<void()>& change, const std::function<void()>& reload);
+    void say(const QString& message);
+    void mention(const QString& what);
+    void endBusy() { session_.call("FocusControl"); }
+    quorvane::OleDate GetDayViewDate(const std::string& column);
+
+    ControlSession session_;
+    PracticeStore& store_;
+};
+
+} // namespace practice

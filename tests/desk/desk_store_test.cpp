@@ -1,0 +1,225 @@
+// The practice desk's store and its answers to the control's events, without a
+// window: a new database seeds a practice the control can show, a booking is
+// stored before it is named and survives a restart, a desk killed in the middle
+// of bookings loses none that were committed, and a database that cannot be
+// written or read gives its message and no crash.
+
+#include "desk_host.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtSql/QSqlQuery>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace quorvane;
+using namespace practice;
+
+namespace {
+
+const OleDate kToday = makeDate(2026, 11, 23); // a Monday
+
+// A desk without a window: the store, the control and its host.
+struct Desk {
+    explicit Desk(const QString& path, const char* connection = "desk") : store(connection) {
+        platform.clock.setToday(kToday);
+        store.open(path, kToday);
+        host.tell = [this](const QString& m) { told.push_back(m.toStdString()); };
+        host.start(1200, 700);
+    }
+    // Books the panel's patient into a column's slot, as the menu's "General" does.
+    void book(int column, int hour, int minute, const QString& patient) {
+        host.loadPatient(patient);
+        control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->userClickAt(
+            makeTime(hour, minute, 0));
+        control.ScheduleApp();
+    }
+    AppointmentSet& set(int column) {
+        return control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->appointmentSet();
+    }
+
+    Platform platform;
+    PracticeStore store;
+    ctlScheduler control{platform};
+    DeskHost host{control, store};
+    std::vector<std::string> told;
+};
+
+struct DeskStore : ::testing::Test {
+    QTemporaryDir dir;
+    QString path = dir.filePath("practice.sqlite");
+};
+
+TEST_F(DeskStore, ANewDatabaseSeedsAPracticeTheControlShows) {
+    Desk desk(path);
+    EXPECT_EQ(desk.store.schemaVersion(), PracticeStore::kSchemaVersion);
+    EXPECT_EQ(desk.control.widgets().cmbResourceGroup.text(), "Main Office");
+    EXPECT_EQ(desk.control.ResourceValue(0), "501");
+    EXPECT_EQ(desk.set(1).Count(), 6) << "Monday's day of Dr. Ortiz";
+    EXPECT_EQ(desk.control.GetStatus(desk.set(1).FirstAppointment()), "Scheduled");
+    EXPECT_EQ(desk.control.widgets().dvwResource[0]->TimeSlotColor(makeTime(12, 30, 0)), 0xC0C0C0)
+        << "the lunch break is painted";
+    EXPECT_EQ(desk.store.findPatients("Hopper").size(), 1u);
+    EXPECT_TRUE(desk.told.empty());
+}
+
+TEST_F(DeskStore, MigrationsBringAnOldDatabaseForward) {
+    {
+        PracticeStore old("old");
+        old.openAt(path, 1);
+        EXPECT_EQ(old.schemaVersion(), 1);
+        QSqlQuery(old.database())
+            .exec(
+                "INSERT INTO appointments (resource_value, start_at, end_at, description, patient_id, "
+                "status) "
+                "VALUES ('501', '2026-11-23 09:00:00', '2026-11-23 09:30:00', 'Kept', '5501', 'Scheduled')");
+    }
+    PracticeStore store("new");
+    store.open(path, kToday);
+    EXPECT_EQ(store.schemaVersion(), 2);
+    const std::vector<StoredAppointment> kept = store.appointments("501", kToday);
+    ASSERT_EQ(kept.size(), 1u) << "an old database is not seeded again";
+    EXPECT_EQ(kept[0].description, "Kept");
+    EXPECT_EQ(kept[0].version, 1);
+}
+
+TEST_F(DeskStore, ABookingIsStoredBeforeItIsNamedAndSurvivesARestart) {
+    std::int32_t key = 0;
+    {
+        Desk desk(path);
+        desk.book(2, 13, 0, "5503");
+        const AppointmentRef booked = desk.set(2).GetSelectedAppointment();
+        ASSERT_TRUE(booked);
+        key = booked->Key();
+        EXPECT_EQ(desk.control.GetStatus(booked), "Scheduled");
+        EXPECT_TRUE(desk.control.UserControlEnabled()) << "the busy phase ends";
+        const qint64 id = std::stoll(tagField(booked->Tag, 0));
+        EXPECT_EQ(desk.store.appointment(id).description, "Grace Hopper");
+    }
+    Desk again(path, "again");
+    bool found = false;
+    for (const AppointmentRef& a : again.set(2).items())
+        found |= a->Text == "Grace Hopper" && a->StartDateTime == makeDateTime(2026, 11, 23, 13, 0, 0);
+    EXPECT_TRUE(found);
+    EXPECT_GT(key, 0);
+}
+
+// Moves, removals and statuses go to the store; the store's refusal puts the grid back.
+TEST_F(DeskStore, ChangesOnTheGridAreStoredOrTakenBack) {
+    Desk desk(path);
+    PVDayView& first = *desk.control.widgets().dvwResource[0];
+    PVDayView& second = *desk.control.widgets().dvwResource[1];
+    const AppointmentRef moved = desk.set(1).FirstAppointment();
+    const qint64 id = std::stoll(tagField(moved->Tag, 0));
+    ASSERT_TRUE(first.userDrag(moved->Key(), second, makeTime(11, 0, 0)));
+    const StoredAppointment stored = desk.store.appointment(id);
+    EXPECT_EQ(stored.resource, "502");
+    EXPECT_EQ(stored.start, makeDateTime(2026, 11, 23, 11, 0, 0));
+    EXPECT_EQ(stored.version, 2);
+
+    // Another program deleted it meanwhile: the status is refused and the column
+    // reloads without it.
+    QSqlQuery(desk.store.database()).exec("DELETE FROM appointments WHERE app_id = " + QString::number(id));
+    const AppointmentRef shown = desk.set(2).items().back();
+    second.userClickOn(shown->Key(), true);
+    desk.control.widgets().mnoCheckIn.onClick();
+    ASSERT_EQ(desk.told.size(), 1u);
+    EXPECT_NE(desk.told[0].find("no longer in the schedule"), std::string::npos);
+    for (const AppointmentRef& a : desk.set(2).items())
+        EXPECT_NE(a->Tag.rfind(std::to_string(id) + "~", 0), 0u);
+    EXPECT_TRUE(desk.control.UserControlEnabled());
+}
+
+TEST_F(DeskStore, AReadOnlyDamagedOrLockedDatabaseIsToldNotCrashedOn) {
+    {
+        // Another program holds the database in a write of its own.
+        Desk desk(path, "locked");
+        PracticeStore other("other");
+        other.open(path, kToday);
+        ASSERT_TRUE(QSqlQuery(other.database()).exec("BEGIN IMMEDIATE"));
+        desk.book(1, 13, 0, "5502");
+        ASSERT_EQ(desk.told.size(), 1u);
+        EXPECT_NE(desk.told[0].find("in use by another program"), std::string::npos) << desk.told[0];
+        QSqlQuery(other.database()).exec("ROLLBACK");
+    }
+    ASSERT_EQ(::chmod(path.toLocal8Bit().constData(), 0444), 0);
+    {
+        Desk desk(path, "readonly");
+        const int before = desk.set(3).Count();
+        desk.book(3, 13, 0, "5504");
+        ASSERT_EQ(desk.told.size(), 1u);
+        EXPECT_NE(desk.told[0].find("can only be read"), std::string::npos) << desk.told[0];
+        EXPECT_EQ(desk.set(3).Count(), before) << "the refused booking is gone from the grid";
+        EXPECT_TRUE(desk.control.UserControlEnabled());
+    }
+    QFile::remove(path);
+    QFile damaged(path);
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write(QByteArray(4096, 'x'));
+    damaged.close();
+    PracticeStore store("damaged");
+    try {
+        store.open(path, kToday);
+        FAIL() << "a damaged file opened";
+    } catch (const StoreError& e) {
+        EXPECT_STREQ(e.what(), "The practice database is damaged and cannot be used.");
+    }
+}
+
+// A desk killed with SIGKILL in the middle of a run of bookings leaves a sound
+// database with every booking it had committed.
+TEST_F(DeskStore, AKilledDeskLosesNoCommittedBooking) {
+    { Desk seed(path, "seed"); }
+    int pipeEnds[2];
+    ASSERT_EQ(::pipe(pipeEnds), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::close(pipeEnds[0]);
+        PracticeStore store("child");
+        store.open(path, kToday);
+        for (int i = 0;; ++i) {
+            StoredAppointment a;
+            a.resource = "503", a.description = "Booking " + QString::number(i), a.patientId = "5501";
+            a.status = "Scheduled";
+            a.start = addMinutes(makeDateTime(2026, 12, 1, 8, 0, 0), i);
+            a.end = addMinutes(a.start, 15);
+            const qint64 id = store.addAppointment(a);
+            if (::write(pipeEnds[1], &id, sizeof id) != sizeof id) ::_exit(1);
+        }
+    }
+    ::close(pipeEnds[1]);
+    std::vector<qint64> committed;
+    qint64 id = 0;
+    while (committed.size() < 200 && ::read(pipeEnds[0], &id, sizeof id) == sizeof id)
+        committed.push_back(id);
+    ::kill(child, SIGKILL);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    while (::read(pipeEnds[0], &id, sizeof id) == sizeof id)
+        committed.push_back(id);
+    ::close(pipeEnds[0]);
+    ASSERT_EQ(committed.size() >= 200, true);
+
+    PracticeStore store("after");
+    store.open(path, kToday);
+    QSqlQuery check(store.database());
+    ASSERT_TRUE(check.exec("PRAGMA integrity_check") && check.next());
+    EXPECT_EQ(check.value(0).toString(), "ok");
+    for (const qint64 booked : committed)
+        EXPECT_EQ(store.appointment(booked).resource, "503");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
