@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, when any is missing.
 set -euo pipefail
-needed=(cmake g++ make libgtest-dev libgmock-dev qt6-base-dev libqt6sql6-sqlite fonts-dejavu-core)
+needed=(cmake g++ make libgtest-dev libgmock-dev qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql postgresql fonts-dejavu-core)
 [ "${QUORVANE_NEED_CLANG:-0}" = 1 ] && needed+=(clang libclang-rt-dev)
 [ "${QUORVANE_NEED_BENCH:-0}" = 1 ] && needed+=(libbenchmark-dev)
 missing=()

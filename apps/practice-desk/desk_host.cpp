@@ -43,6 +43,7 @@ void DeskHost::start(int widthPixels, int heightPixels) {
     session_.set("TaskingEnabled", Variant("true"));
     session_.call("ResizeControl", {Variant(static_cast<std::int16_t>(heightPixels)),
                                     Variant(static_cast<std::int16_t>(widthPixels))});
+    store_.listen([this](const QString& resource, OleDate day) { otherDeskChanged(resource, day); });
     const Catalogue c = store_.catalogue();
     // Views and defaults first: assigning the groups selects the default group
     // at once, and that reads both.
@@ -57,14 +58,66 @@ qint64 DeskHost::currentAppointmentId() {
     return ok ? id : 0;
 }
 
+// A change the store refused is taken back on the grid by loading from the
+// store again; while the store is out of reach there is nothing to load from,
+// so the grid stays as it is and the control stays disabled until retry().
 bool DeskHost::stored(const std::function<void()>& change, const std::function<void()>& reload) {
     try {
         change();
         return true;
+    } catch (const ConnectionLost& e) {
+        offline_ = true;
+        say(QString::fromStdString(e.what()));
+        return false;
     } catch (const StoreError& e) {
         say(QString::fromStdString(e.what()));
         if (reload) reload();
         return false;
+    }
+}
+
+void DeskHost::endBusy() {
+    if (offline_) return;
+    session_.call("FocusControl");
+    auto pending = std::move(pending_);
+    for (const auto& [resource, day] : pending)
+        otherDeskChanged(resource, day);
+}
+
+bool DeskHost::retry() {
+    if (!offline_) return true;
+    if (!store_.reconnect()) return false;
+    offline_ = false;
+    reloadColumns();
+    endBusy();
+    return true;
+}
+
+int DeskHost::versionOf(qint64 id) {
+    const auto known = versions_.find(id);
+    if (known != versions_.end()) return known->second;
+    return store_.appointment(id).version;
+}
+
+void DeskHost::otherDeskChanged(const QString& resource, OleDate day) {
+    if (!session_.control().UserControlEnabled()) {
+        pending_.emplace_back(resource, day);
+        return;
+    }
+    const int shown = qs(session_.control().widgets().sbSchedule.tag).toInt();
+    for (int column = 1; column <= std::min(shown, kColumns); ++column) {
+        const std::string n = std::to_string(column);
+        if (qs(session_.text("Resource" + n + "Value")) != resource) continue;
+        const DayViewRef view = session_.control().GetDayView(n);
+        if (view->CurrentDate() != datePart(day)) continue;
+        const OleDate top = view->TopIndex();
+        const AppointmentRef selected = view->appointmentSet().GetSelectedAppointment();
+        const std::string selectedTag = selected ? selected->Tag : std::string();
+        session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(column))});
+        session_.set("Resource" + n + "TopIndex", Variant(top));
+        if (selectedTag.empty()) continue;
+        for (const AppointmentRef& a : view->appointmentSet().items())
+            if (a->Tag == selectedTag) a->setSelected(true);
     }
 }
 
@@ -87,11 +140,16 @@ void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant&
         for (const Template& t : store_.templates(qs(resource), day))
             session_.call("AddResourceTemplate", {Variant(t.start), Variant(t.end), str(t.description),
                                                   str(t.colour), number, Variant("Y")});
-        for (const StoredAppointment& a : store_.appointments(qs(resource), day))
+        for (const StoredAppointment& a : store_.appointments(qs(resource), day)) {
+            remember(a);
             session_.call("AddAppointment", {number, str(a.description), Variant(a.start), Variant(a.end),
                                              Variant(std::to_string(a.id)), str(a.status),
                                              str(a.recurrenceId), str(a.patientId)});
+        }
         session_.call("SetAppointmentType", {str(store_.appointmentTypes(qs(resource))), number});
+    } catch (const ConnectionLost& e) {
+        offline_ = true;
+        say(QString::fromStdString(e.what()));
     } catch (const StoreError& e) {
         say(QString::fromStdString(e.what()));
     }
@@ -115,7 +173,7 @@ void DeskHost::AddApptWithPatient(Str column, Str resource) {
     a.refProviderId = qs(session_.text("AppRefProviderEID"));
     const std::string key = session_.text("AppKey");
     qint64 id = 0;
-    if (stored([&] { id = store_.addAppointment(a); },
+    if (stored([&] { versions_[id = store_.addAppointment(a)] = 1; },
                [&] {
                    session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))});
                })) {
@@ -131,7 +189,8 @@ void DeskHost::AddApptWithPatient(Str column, Str resource) {
 void DeskHost::UpdateAppStatus(Str, Variant& status) {
     const qint64 id = currentAppointmentId();
     const QString wanted = qs(status.toString());
-    if (stored([&] { store_.setStatus(id, wanted); }, [&] { reloadColumns(); }))
+    if (stored([&] { versions_[id] = store_.setStatus(id, versionOf(id), wanted); },
+               [&] { reloadColumns(); }))
         session_.call("UpdateCurrentAppStatus", {str(wanted)});
     endBusy();
 }
@@ -141,7 +200,8 @@ void DeskHost::ResourceAfterDrag(Str resource, Str) {
     const OleDate start = parseDate(session_.text("AppStartDateTime"));
     const OleDate end = parseDate(session_.text("AppEndDateTime"));
     // A refused move is put back by loading the columns from the store again.
-    stored([&] { store_.moveAppointment(id, qs(resource), start, end); }, [&] { reloadColumns(); });
+    stored([&] { versions_[id] = store_.moveAppointment(id, versionOf(id), qs(resource), start, end); },
+           [&] { reloadColumns(); });
     endBusy();
 }
 
@@ -149,7 +209,8 @@ void DeskHost::ResourceAfterResize(Str resource, Str) {
     const qint64 id = currentAppointmentId();
     const OleDate start = parseDate(session_.text("AppStartDateTime"));
     const OleDate end = parseDate(session_.text("AppEndDateTime"));
-    stored([&] { store_.moveAppointment(id, qs(resource), start, end); }, [&] { reloadColumns(); });
+    stored([&] { versions_[id] = store_.moveAppointment(id, versionOf(id), qs(resource), start, end); },
+           [&] { reloadColumns(); });
     endBusy();
 }
 
@@ -158,7 +219,10 @@ void DeskHost::ResourceAfterResize(Str resource, Str) {
 void DeskHost::ResourceBeforeRemove(Str, Str column) {
     const qint64 id = currentAppointmentId();
     stored(
-        [&] { store_.removeAppointment(id); },
+        [&] {
+            store_.removeAppointment(id, versionOf(id));
+            versions_.erase(id);
+        },
         [&] { session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))}); });
     endBusy();
 }
@@ -166,12 +230,13 @@ void DeskHost::ResourceBeforeRemove(Str, Str column) {
 void DeskHost::SaveAdditionalAppInfo(Str) {
     StoredAppointment a;
     a.id = currentAppointmentId();
+    a.version = versionOf(a.id);
     a.comments = qs(session_.text("AppComments"));
     a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
     a.priorAuth = qs(session_.text("AppPriorAuthNum"));
     a.refProvider = qs(session_.text("AppRefProvider"));
     a.refProviderId = qs(session_.text("AppRefProviderEID"));
-    stored([&] { store_.saveDetails(a); }, {});
+    stored([&] { versions_[a.id] = store_.saveDetails(a); }, [&] { reloadColumns(); });
     endBusy();
 }
 

@@ -15,6 +15,8 @@
 #include <QString>
 
 #include <functional>
+#include <map>
+#include <vector>
 
 namespace practice {
 
@@ -77,6 +79,13 @@ public:
     void loadPatient(const QString& id);
     // Loads every column on screen again from the store.
     void reloadColumns();
+    // Another desk changed a resource's day: the columns that show it load it
+    // again, keeping the top of their grid and the appointment selected there.
+    void otherDeskChanged(const QString& resource, quorvane::OleDate day);
+    // While the database is out of reach the control stays disabled; this tries
+    // to reach it, and once it is back reloads the schedule and lets the user on.
+    bool retry();
+    bool offline() const { return offline_; }
 
 private:
     // The appointment the pane describes, by the id of its tag.
@@ -85,11 +94,19 @@ private:
     bool stored(const std::function<void()>& change, const std::function<void()>& reload);
     void say(const QString& message);
     void mention(const QString& what);
-    void endBusy() { session_.call("FocusControl"); }
+    // Ends the busy phase, unless the database is out of reach.
+    void endBusy();
+    int versionOf(qint64 id);
+    void remember(const StoredAppointment& a) { versions_[a.id] = a.version; }
     quorvane::OleDate GetDayViewDate(const std::string& column);
 
     ControlSession session_;
     PracticeStore& store_;
+    // The version of each appointment as this desk last loaded or stored it.
+    std::map<qint64, int> versions_;
+    bool offline_ = false;
+    // Changes of other desks that came while the control was busy.
+    std::vector<std::pair<QString, quorvane::OleDate>> pending_;
 };
 
 } // namespace practice

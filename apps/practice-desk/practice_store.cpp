@@ -4,9 +4,13 @@
 #include <QtSql/QSqlQuery>
 #include <QtSql/QSqlRecord>
 
+#include <QtSql/QSqlDriver>
+
 #include <QDate>
 #include <QFileInfo>
 #include <QStringList>
+#include <QUrl>
+#include <QUrlQuery>
 #include <QVariant>
 
 #include <array>
@@ -19,6 +23,7 @@ namespace {
 
 // The schema, one step per version. A database is brought forward from the
 // version it records, one step at a time, each in a transaction of its own.
+// %ID% is a key the database numbers itself, in each dialect's words.
 const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
     {
         "CREATE TABLE schema_version (version INTEGER NOT NULL)",
@@ -38,13 +43,13 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
         "other_ext TEXT, primary_ins TEXT, primary_active TEXT, primary_copay TEXT, secondary_ins TEXT, "
         "secondary_active TEXT, secondary_copay TEXT, balance30 TEXT, balance60 TEXT, balance90 TEXT, "
         "balance180 TEXT, dod TEXT, photo_image_id TEXT)",
-        "CREATE TABLE appointments (app_id INTEGER PRIMARY KEY AUTOINCREMENT, resource_value TEXT NOT NULL, "
+        "CREATE TABLE appointments (app_id %ID%, resource_value TEXT NOT NULL, "
         "start_at TEXT NOT NULL, end_at TEXT NOT NULL, description TEXT NOT NULL, patient_id TEXT NOT NULL, "
         "status TEXT NOT NULL, recurrence_id TEXT NOT NULL DEFAULT '', type_id TEXT NOT NULL DEFAULT '', "
         "comments TEXT NOT NULL DEFAULT '', chief_complaint TEXT NOT NULL DEFAULT '', "
         "prior_auth TEXT NOT NULL DEFAULT '', ref_provider TEXT NOT NULL DEFAULT '', "
         "ref_provider_id TEXT NOT NULL DEFAULT '')",
-        "CREATE TABLE templates (template_id INTEGER PRIMARY KEY AUTOINCREMENT, resource_value TEXT NOT "
+        "CREATE TABLE templates (template_id %ID%, resource_value TEXT NOT "
         "NULL, "
         "weekday INTEGER NOT NULL, start_time TEXT NOT NULL, end_time TEXT NOT NULL, description TEXT NOT "
         "NULL, "
@@ -60,39 +65,57 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
     },
 }};
 
-// What a front desk is told, by what SQLite reports. `what` names the change
-// that failed; none for a read.
-QString plainWords(const QSqlError& e, const char* what) {
+// What a front desk is told, by what the database reports. `what` names the
+// change that failed; none for a read. A database out of reach is a
+// ConnectionLost, so the desk can wait for it.
+[[noreturn]] void fail(const QSqlDatabase& db, const QSqlError& e, const char* what) {
     const QString text = e.databaseText() + " " + e.driverText();
     const QString native = e.nativeErrorCode();
     const QString failed =
         what ? QString(what) + " could not be stored" : QString("the schedule could not be read");
-    if (native == "5" || native == "6" || text.contains("locked", Qt::CaseInsensitive))
-        return "The practice database is in use by another program, so " + failed +
-               ". Try again in a moment.";
-    if (native == "8" || text.contains("readonly", Qt::CaseInsensitive) ||
-        text.contains("read-only", Qt::CaseInsensitive))
-        return "The practice database can only be read, so " + failed + ".";
-    if (native == "11" || native == "26" || text.contains("malformed", Qt::CaseInsensitive) ||
-        text.contains("not a database", Qt::CaseInsensitive))
-        return "The practice database is damaged and cannot be used.";
-    return "The practice database failed, so " + failed + ": " + e.text().trimmed();
+    auto has = [&](const char* words) { return text.contains(words, Qt::CaseInsensitive); };
+    // SQLite has no server to lose; what it reports as a connection error is a file's.
+    if (db.driverName() == "QPSQL" &&
+        (e.type() == QSqlError::ConnectionError || has("server closed the connection") ||
+         has("no connection") || has("could not connect") || has("terminating connection") ||
+         has("connection refused") || has("connection to server") || native == "57P01" || !db.isOpen()))
+        throw ConnectionLost(("The practice database cannot be reached, so " + failed +
+                              ". Nothing can be stored until it is back.")
+                                 .toStdString());
+    if (native == "5" || native == "6" || has("locked"))
+        throw StoreError(
+            ("The practice database is in use by another program, so " + failed + ". Try again in a moment.")
+                .toStdString());
+    if (native == "8" || has("readonly") || has("read-only"))
+        throw StoreError(("The practice database can only be read, so " + failed + ".").toStdString());
+    if (native == "11" || native == "26" || has("malformed") || has("not a database"))
+        throw StoreError("The practice database is damaged and cannot be used.");
+    throw StoreError(
+        ("The practice database failed, so " + failed + ": " + e.text().trimmed()).toStdString());
 }
 
 QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantList& values = {}) {
     QSqlQuery q(db);
     q.setForwardOnly(true);
-    if (!q.prepare(sql)) throw StoreError(plainWords(q.lastError(), nullptr).toStdString());
+    if (!q.prepare(sql)) fail(db, q.lastError(), nullptr);
     for (const QVariant& v : values)
         // An empty text is stored as one, never as NULL.
         q.addBindValue(v.typeId() == QMetaType::QString && v.toString().isNull() ? QVariant(QString("")) : v);
     return q;
 }
 
+// A statement with values goes prepared; one without goes as it is, since a
+// server may not prepare every kind (PostgreSQL prepares no CREATE TABLE).
 QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values = {},
               const char* what = nullptr) {
+    if (values.isEmpty()) {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (!q.exec(sql)) fail(db, q.lastError(), what);
+        return q;
+    }
     QSqlQuery q = prepared(db, sql, values);
-    if (!q.exec()) throw StoreError(plainWords(q.lastError(), what).toStdString());
+    if (!q.exec()) fail(db, q.lastError(), what);
     return q;
 }
 
@@ -169,7 +192,7 @@ void PracticeStore::checkOpen() const {
 
 void PracticeStore::transaction(const char* what, const std::function<void()>& work) {
     checkOpen();
-    if (!db_.transaction()) throw StoreError(plainWords(db_.lastError(), what).toStdString());
+    if (!db_.transaction()) fail(db_, db_.lastError(), what);
     try {
         work();
     } catch (...) {
@@ -179,46 +202,102 @@ void PracticeStore::transaction(const char* what, const std::function<void()>& w
     if (!db_.commit()) {
         const QSqlError e = db_.lastError();
         db_.rollback();
-        throw StoreError(plainWords(e, what).toStdString());
+        fail(db_, e, what);
     }
 }
 
-void PracticeStore::openAt(const QString& path, int version) {
+void PracticeStore::connect(const QString& location) {
+    location_ = location;
+    postgres_ = location.startsWith("postgresql://");
+    if (postgres_) {
+        const QUrl url(location);
+        const QUrlQuery query(url);
+        db_ = QSqlDatabase::addDatabase("QPSQL", name_);
+        // A folder as the host is the folder of the server's socket.
+        db_.setHostName(query.hasQueryItem("host") ? query.queryItemValue("host") : url.host());
+        if (url.port() > 0) db_.setPort(url.port());
+        db_.setDatabaseName(url.path().mid(1));
+        db_.setUserName(url.userName().isEmpty() ? QString("postgres") : url.userName());
+        if (!url.password().isEmpty()) db_.setPassword(url.password());
+        db_.setConnectOptions("connect_timeout=2");
+        if (!db_.open()) fail(db_, db_.lastError(), nullptr);
+        return;
+    }
     db_ = QSqlDatabase::addDatabase("QSQLITE", name_);
-    db_.setDatabaseName(path);
+    db_.setDatabaseName(location);
     // A database another desk holds is waited for a little before it counts as
     // locked. A file marked read-only is opened so, even by a user who could
     // write it anyway: the desk then shows the practice and stores nothing.
-    const QFileInfo file(path);
+    const QFileInfo file(location);
     const bool readOnly = file.exists() && !(file.permissions() & QFileDevice::WriteOwner);
     db_.setConnectOptions(readOnly ? "QSQLITE_BUSY_TIMEOUT=2000;QSQLITE_OPEN_READONLY"
                                    : "QSQLITE_BUSY_TIMEOUT=2000");
-    if (!db_.open()) throw StoreError(plainWords(db_.lastError(), nullptr).toStdString());
+    if (!db_.open()) fail(db_, db_.lastError(), nullptr);
     // A file that is no database fails at its first read, not at the open.
     QSqlQuery probe(db_);
-    if (!probe.exec("SELECT count(*) FROM sqlite_master"))
-        throw StoreError(plainWords(probe.lastError(), nullptr).toStdString());
+    if (!probe.exec("SELECT count(*) FROM sqlite_master")) fail(db_, probe.lastError(), nullptr);
+}
+
+void PracticeStore::openAt(const QString& location, int version) {
+    connect(location);
     migrate(version);
 }
 
-void PracticeStore::open(const QString& path, OleDate today) {
-    const bool fresh = !QFileInfo::exists(path) || QFileInfo(path).size() == 0;
-    openAt(path, kSchemaVersion);
+void PracticeStore::open(const QString& location, OleDate today) {
+    connect(location);
+    const bool fresh = schemaVersion() == 0;
+    migrate(kSchemaVersion);
     if (fresh) seed(today);
 }
 
+bool PracticeStore::reconnect() {
+    db_.close();
+    if (!db_.open()) return false;
+    if (listening_) db_.driver()->subscribeToNotification(kChannel);
+    return true;
+}
+
+void PracticeStore::listen(std::function<void(const QString& resource, OleDate day)> changed) {
+    if (!postgres_) return;
+    listening_ = true;
+    db_.driver()->subscribeToNotification(kChannel);
+    QObject::connect(db_.driver(), &QSqlDriver::notification,
+                     [changed = std::move(changed)](const QString& name,
+                                                    QSqlDriver::NotificationSource source,
+                                                    const QVariant& payload) {
+                         // A desk's own changes are on its grid already.
+                         if (name != kChannel || source == QSqlDriver::SelfSource) return;
+                         const QStringList parts = payload.toString().split('|');
+                         if (parts.size() == 2) changed(parts[0], fromStoredDate(parts[1] + " 00:00:00"));
+                     });
+}
+
+// Other desks showing the resource's day reload it. In a transaction the
+// notice goes out only when the change is committed.
+void PracticeStore::announce(const QString& resource, OleDate day) {
+    if (!postgres_) return;
+    run(db_, "SELECT pg_notify(?, ?)",
+        {kChannel, resource + "|" + storedDate(quorvane::datePart(day)).left(10)},
+        "the notice to the other desks");
+}
+
+// 0 for a database that has no schema yet.
 int PracticeStore::schemaVersion() const {
     checkOpen();
-    QSqlQuery q(db_);
-    if (!q.exec("SELECT version FROM schema_version") || !q.next()) return 0;
-    return q.value(0).toInt();
+    const QStringList tables = db_.tables();
+    if (!tables.contains("schema_version")) return 0;
+    QSqlQuery q = run(db_, "SELECT version FROM schema_version");
+    return q.next() ? q.value(0).toInt() : 0;
 }
 
 void PracticeStore::migrate(int upTo) {
     for (int version = schemaVersion(); version < upTo; ++version)
         transaction("the new layout of the database", [&] {
-            for (const QString& sql : kMigrations[static_cast<std::size_t>(version)])
+            for (QString sql : kMigrations[static_cast<std::size_t>(version)]) {
+                sql.replace("%ID%",
+                            postgres_ ? "BIGSERIAL PRIMARY KEY" : "INTEGER PRIMARY KEY AUTOINCREMENT");
                 run(db_, sql, {}, "the new layout of the database");
+            }
             run(db_, "UPDATE schema_version SET version = ?", {version + 1},
                 "the new layout of the database");
         });
@@ -226,28 +305,36 @@ void PracticeStore::migrate(int upTo) {
 
 Catalogue PracticeStore::catalogue() const {
     checkOpen();
-    Catalogue c;
-    QStringList views, defaults, groups, resources;
+    // Each query is read to its end before the next: a server connection has
+    // one result at a time.
+    struct Group {
+        QString id, name, shown, total;
+        bool isDefault;
+    };
+    std::vector<Group> groupRows;
     QSqlQuery g = run(db_, "SELECT group_id, group_name, columns_shown, columns_total, is_default "
                            "FROM practice_groups ORDER BY position");
-    while (g.next()) {
-        const QString id = text(g, "group_id"), name = text(g, "group_name");
-        views << id + "~" + name + "~" + text(g, "columns_shown") + "~" + text(g, "columns_total");
-        const bool isDefault = g.value("is_default").toInt() != 0;
+    while (g.next())
+        groupRows.push_back({text(g, "group_id"), text(g, "group_name"), text(g, "columns_shown"),
+                             text(g, "columns_total"), g.value("is_default").toInt() != 0});
+    QStringList views, defaults, groups, resources;
+    for (const Group& group : groupRows) {
+        views << group.id + "~" + group.name + "~" + group.shown + "~" + group.total;
         QSqlQuery m = run(db_,
                           "SELECT m.resource_value, m.default_column, r.name, r.cat_type, r.sub_type FROM "
                           "group_members m JOIN resources r ON r.resource_value = m.resource_value "
                           "WHERE m.group_id = ? ORDER BY m.position",
-                          {id});
+                          {group.id});
         bool first = true;
         while (m.next()) {
             const QString value = text(m, "resource_value");
             // Only the first record of a group carries its default flag.
-            groups << id + "~" + name + "~" + (first && isDefault ? "Y" : "N") + "~" + value + "~" +
-                          text(m, "name") + "~" + text(m, "cat_type") + "~" + text(m, "sub_type");
+            groups << group.id + "~" + group.name + "~" + (first && group.isDefault ? "Y" : "N") + "~" +
+                          value + "~" + text(m, "name") + "~" + text(m, "cat_type") + "~" +
+                          text(m, "sub_type");
             first = false;
             if (m.value("default_column").toInt() > 0)
-                defaults << id + "~" + name + "~" + value + "~" + text(m, "default_column");
+                defaults << group.id + "~" + group.name + "~" + value + "~" + text(m, "default_column");
         }
     }
     QSqlQuery r =
@@ -343,63 +430,77 @@ Patient PracticeStore::patient(const QString& id) const {
 qint64 PracticeStore::addAppointment(const StoredAppointment& a) {
     qint64 id = 0;
     transaction("the booking", [&] {
+        // Only PostgreSQL says the new key in the same statement.
         QSqlQuery q =
             run(db_,
                 "INSERT INTO appointments (resource_value, start_at, end_at, description, patient_id, "
                 "status, recurrence_id, type_id, comments, chief_complaint, prior_auth, ref_provider, "
-                "ref_provider_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+                "ref_provider_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)" +
+                    QString(postgres_ ? " RETURNING app_id" : ""),
                 {a.resource, storedDate(a.start), storedDate(a.end), a.description, a.patientId, a.status,
                  a.recurrenceId, a.typeId, a.comments, a.chiefComplaint, a.priorAuth, a.refProvider,
                  a.refProviderId},
                 "the booking");
-        id = q.lastInsertId().toLongLong();
+        id = postgres_ ? (q.next() ? q.value(0).toLongLong() : 0) : q.lastInsertId().toLongLong();
+        announce(a.resource, a.start);
     });
     return id;
 }
 
-namespace {
-// An UPDATE or DELETE of one appointment must have found it.
-void changedOne(const QSqlQuery& q, qint64 id) {
-    if (q.numRowsAffected() != 1)
-        throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
-}
-} // namespace
-
-void PracticeStore::moveAppointment(qint64 id, const QString& resource, OleDate start, OleDate end) {
-    transaction("the move", [&] {
-        changedOne(
-            run(db_,
-                "UPDATE appointments SET resource_value = ?, start_at = ?, end_at = ?, version = version + 1 "
-                "WHERE app_id = ?",
-                {resource, storedDate(start), storedDate(end), id}, "the move"),
-            id);
+int PracticeStore::changeVersioned(const char* what, qint64 id, int version, const QString& set,
+                                   const QVariantList& values, const QString& newResource, OleDate newDay) {
+    int now = 0;
+    transaction(what, [&] {
+        // The row as it stands, locked until the commit where the dialect can.
+        QSqlQuery row = run(db_,
+                            "SELECT resource_value, start_at, version FROM appointments WHERE app_id = ?" +
+                                QString(postgres_ ? " FOR UPDATE" : ""),
+                            {id}, what);
+        if (!row.next())
+            throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
+        const QString resource = text(row, "resource_value");
+        const OleDate day = fromStoredDate(text(row, "start_at"));
+        const int stands = row.value("version").toInt();
+        row.finish();
+        if (stands != version)
+            throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
+                                " was not stored. The schedule now shows it as it is.");
+        QVariantList bound = values;
+        bound << id << version;
+        QSqlQuery q = run(db_,
+                          set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
+                                        : "UPDATE appointments SET " + set +
+                                              ", version = version + 1 WHERE app_id = ? AND version = ?",
+                          bound, what);
+        if (q.numRowsAffected() != 1)
+            throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
+                                " was not stored. The schedule now shows it as it is.");
+        announce(resource, day);
+        if (!newResource.isEmpty()) announce(newResource, newDay);
+        now = version + 1;
     });
+    return now;
 }
 
-void PracticeStore::removeAppointment(qint64 id) {
-    transaction("the removal", [&] {
-        changedOne(run(db_, "DELETE FROM appointments WHERE app_id = ?", {id}, "the removal"), id);
-    });
+int PracticeStore::moveAppointment(qint64 id, int version, const QString& resource, OleDate start,
+                                   OleDate end) {
+    return changeVersioned("the move", id, version, "resource_value = ?, start_at = ?, end_at = ?",
+                           {resource, storedDate(start), storedDate(end)}, resource, start);
 }
 
-void PracticeStore::setStatus(qint64 id, const QString& status) {
-    transaction("the status", [&] {
-        changedOne(run(db_, "UPDATE appointments SET status = ?, version = version + 1 WHERE app_id = ?",
-                       {status, id}, "the status"),
-                   id);
-    });
+void PracticeStore::removeAppointment(qint64 id, int version) {
+    changeVersioned("the removal", id, version, {}, {});
 }
 
-void PracticeStore::saveDetails(const StoredAppointment& a) {
-    transaction("the appointment's details", [&] {
-        changedOne(run(db_,
-                       "UPDATE appointments SET comments = ?, chief_complaint = ?, prior_auth = ?, "
-                       "ref_provider = ?, "
-                       "ref_provider_id = ?, version = version + 1 WHERE app_id = ?",
-                       {a.comments, a.chiefComplaint, a.priorAuth, a.refProvider, a.refProviderId, a.id},
-                       "the appointment's details"),
-                   a.id);
-    });
+int PracticeStore::setStatus(qint64 id, int version, const QString& status) {
+    return changeVersioned("the status", id, version, "status = ?", {status});
+}
+
+int PracticeStore::saveDetails(const StoredAppointment& a) {
+    return changeVersioned(
+        "the appointment's details", a.id, a.version,
+        "comments = ?, chief_complaint = ?, prior_auth = ?, ref_provider = ?, ref_provider_id = ?",
+        {a.comments, a.chiefComplaint, a.priorAuth, a.refProvider, a.refProviderId});
 }
 
 } // namespace practice

@@ -1,13 +1,17 @@
 #pragma once
 // The practice's data: the catalogue of groups and resources, patients,
 // appointments with their statuses, templates and appointment types, kept in a
-// SQL database through Qt SQL. Every change the desk makes is one transaction,
-// committed before the control is told it succeeded. Every statement of the
-// desk is in practice_store.cpp.
+// SQL database through Qt SQL: a SQLite file for one desk, or a PostgreSQL
+// database that several desks share. Every change the desk makes is one
+// transaction, committed before the control is told it succeeded; each counts
+// up the appointment's version, and a change made against an older version (by
+// a desk that had not seen another's change) is refused. Every statement of the
+// desk, and every difference between the two dialects, is in practice_store.cpp.
 
 #include <QuorvaneScheduler/ole_date.h>
 
 #include <QString>
+#include <QVariantList>
 #include <QtSql/QSqlDatabase>
 
 #include <functional>
@@ -20,6 +24,17 @@ namespace practice {
 class StoreError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+// Another desk changed the appointment first: this change was refused.
+class ConflictError : public StoreError {
+public:
+    using StoreError::StoreError;
+};
+// The database cannot be reached (its server stopped): nothing can be stored
+// until it is back.
+class ConnectionLost : public StoreError {
+public:
+    using StoreError::StoreError;
 };
 
 struct Patient {
@@ -60,12 +75,20 @@ public:
     PracticeStore(const PracticeStore&) = delete;
     PracticeStore& operator=(const PracticeStore&) = delete;
 
-    // Opens a SQLite file, creating it when it is not there, and brings its schema
-    // up to date. A database opened for the first time is seeded with a demo
-    // practice around `today`. StoreError when it cannot be opened or is damaged.
-    void open(const QString& path, quorvane::OleDate today);
+    // Opens `location`, a SQLite file (created when it is not there) or a URL
+    // postgresql://[USER@]HOST[:PORT]/NAME (?host=DIR for a server's socket
+    // folder), and brings its schema up to date. A database opened for the first
+    // time is seeded with a demo practice around `today`. StoreError when it
+    // cannot be opened or is damaged.
+    void open(const QString& location, quorvane::OleDate today);
     // The schema only, up to `version` (for a test of the migrations).
-    void openAt(const QString& path, int version);
+    void openAt(const QString& location, int version);
+    bool shared() const { return postgres_; }
+    // After a ConnectionLost: tries to reach the database again.
+    bool reconnect();
+    // Hears the changes of other desks on a shared database: the resource and the
+    // day of each, delivered by the event loop. Nothing comes on SQLite.
+    void listen(std::function<void(const QString& resource, quorvane::OleDate day)> changed);
     int schemaVersion() const;
     QSqlDatabase& database() { return db_; }
 
@@ -80,22 +103,35 @@ public:
     Patient patient(const QString& id) const;
     int appointmentCount() const;
 
-    // Changes, each one transaction. An appointment that is no longer there, or
-    // that another desk changed since `version`, is a StoreError.
+    // Changes, each one transaction, each given the version the desk showed and
+    // giving back the new one. An appointment that is no longer there is a
+    // StoreError; one changed since `version` by another desk a ConflictError.
     qint64 addAppointment(const StoredAppointment& a);
-    void moveAppointment(qint64 id, const QString& resource, quorvane::OleDate start, quorvane::OleDate end);
-    void removeAppointment(qint64 id);
-    void setStatus(qint64 id, const QString& status);
-    void saveDetails(const StoredAppointment& a);
+    int moveAppointment(qint64 id, int version, const QString& resource, quorvane::OleDate start,
+                        quorvane::OleDate end);
+    void removeAppointment(qint64 id, int version);
+    int setStatus(qint64 id, int version, const QString& status);
+    int saveDetails(const StoredAppointment& a);
 
 private:
+    void connect(const QString& location);
     void migrate(int upTo);
     void seed(quorvane::OleDate today);
+    // One appointment's change, checked against its version in the same
+    // transaction; tells the other desks about `days` it touched.
+    int changeVersioned(const char* what, qint64 id, int version, const QString& set,
+                        const QVariantList& values, const QString& newResource = {},
+                        quorvane::OleDate newDay = {});
+    void announce(const QString& resource, quorvane::OleDate day);
     // Runs `work` in one transaction: all of it is stored, or none.
     void transaction(const char* what, const std::function<void()>& work);
     void checkOpen() const;
 
+    static constexpr const char* kChannel = "schedule_changed";
     QString name_;
+    QString location_;
+    bool postgres_ = false;
+    bool listening_ = false;
     QSqlDatabase db_;
 };
 

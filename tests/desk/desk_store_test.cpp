@@ -4,7 +4,7 @@
 // of bookings loses none that were committed, and a database that cannot be
 // written or read gives its message and no crash.
 
-#include "desk_host.h"
+#include "desk_fixture.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -20,36 +20,10 @@
 
 using namespace quorvane;
 using namespace practice;
+using practice::test::Desk;
+using practice::test::kToday;
 
 namespace {
-
-const OleDate kToday = makeDate(2026, 11, 23); // a Monday
-
-// A desk without a window: the store, the control and its host.
-struct Desk {
-    explicit Desk(const QString& path, const char* connection = "desk") : store(connection) {
-        platform.clock.setToday(kToday);
-        store.open(path, kToday);
-        host.tell = [this](const QString& m) { told.push_back(m.toStdString()); };
-        host.start(1200, 700);
-    }
-    // Books the panel's patient into a column's slot, as the menu's "General" does.
-    void book(int column, int hour, int minute, const QString& patient) {
-        host.loadPatient(patient);
-        control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->userClickAt(
-            makeTime(hour, minute, 0));
-        control.ScheduleApp();
-    }
-    AppointmentSet& set(int column) {
-        return control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->appointmentSet();
-    }
-
-    Platform platform;
-    PracticeStore store;
-    ctlScheduler control{platform};
-    DeskHost host{control, store};
-    std::vector<std::string> told;
-};
 
 struct DeskStore : ::testing::Test {
     QTemporaryDir dir;
