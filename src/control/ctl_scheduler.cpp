@@ -201,6 +201,7 @@ void ctlScheduler::designWidgets() {
         button.toolTipText = b.toolTip;
     }
     designFields(w_);
+    placeFormWidgets();
     designMenus();
 }
 
