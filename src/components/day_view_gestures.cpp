@@ -47,6 +47,13 @@ bool PVDayView::userPressAt(int x, int y, bool right) {
     return clickSlot(*slot, {x, y}, right);
 }
 
+bool PVDayView::userDblClickAt(int x, int y) {
+    const bool onAppointment = set_.HitTest(x, y) != nullptr;
+    if (!userPressAt(x, y)) return false;
+    if (onAppointment) fromUser([&] { raise(DblClick, index_); });
+    return true;
+}
+
 bool PVDayView::clickSlot(OleDate t, std::pair<int, int> point, bool right) {
     takeFocus();
     pressButton(right, point);

@@ -230,6 +230,9 @@ public:
     // a click on that appointment, on a free part a click on the slot of its row.
     // MouseButton carries the point itself.
     bool userPressAt(int x, int y, bool right = false);
+    // A double click at a point: on an appointment, its click and then DblClick;
+    // on a free part only the click of the slot.
+    bool userDblClickAt(int x, int y);
     bool userDblClickOn(std::int32_t key);
     void userSlot(OleDate t);
     bool userType(OleDate t, std::string text);
