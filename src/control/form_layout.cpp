@@ -64,12 +64,12 @@ void ctlScheduler::placeFormWidgets() {
         {&w_.txtPatBalance90, 9970, 4, 615},
         {&w_.txtPatBalance180, 10605, 4, 615},
 
-        {&w_.txtAppChiefComplaint, 12650, 0, 1650, 2},
-        {&w_.cmdChiefComplainQuickComment, 14330, 0, kButtonWidth},
-        {&w_.txtAppComments, 12650, 2, 1650, 2},
-        {&w_.cmdCommentQuickComment, 14330, 2, kButtonWidth},
-        {&w_.txtAppRefProvider, 12650, 4, 1650},
-        {&w_.cmdRefProvider, 14330, 4, kButtonWidth},
+        {&w_.txtAppChiefComplaint, 12900, 0, 1450, 2},
+        {&w_.cmdChiefComplainQuickComment, 14380, 0, kButtonWidth},
+        {&w_.txtAppComments, 12900, 2, 1450, 2},
+        {&w_.cmdCommentQuickComment, 14380, 2, kButtonWidth},
+        {&w_.txtAppRefProvider, 12900, 4, 1450},
+        {&w_.cmdRefProvider, 14380, 4, kButtonWidth},
     };
 
     for (const Place& p : places) {
@@ -82,9 +82,9 @@ void ctlScheduler::placeFormWidgets() {
         b.left = left, b.top = kButtonRowTop, b.width = kButtonWidth, b.height = kRowHeight;
     }
     TextField& auth = w_.txtAppPriorAuthNum;
-    auth.left = 12650, auth.top = kButtonRowTop, auth.width = 1000, auth.height = kRowHeight;
+    auth.left = 12900, auth.top = kButtonRowTop, auth.width = 1000, auth.height = kRowHeight;
     Button& save = w_.cmdSaveAdditionalAppInfo;
-    save.left = 13700, save.top = kButtonRowTop, save.width = 960, save.height = kRowHeight;
+    save.left = 13950, save.top = kButtonRowTop, save.width = 760, save.height = kRowHeight;
 }
 
 } // namespace quorvane

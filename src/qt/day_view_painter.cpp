@@ -22,6 +22,17 @@ const QColor kNowLine(0xd0, 0x20, 0x20);
 const QColor kBelowGrid(0xe4, 0xe4, 0xe4);
 constexpr int kPadding = 3;
 
+// Lines and frames are filled rectangles of whole pixels: a pen's line is
+// centred on the pixel edge and would spread over two device pixels at a ratio of 2.
+void hLine(QPainter& p, int x0, int x1, int y, const QColor& c) { p.fillRect(QRect(x0, y, x1 - x0, 1), c); }
+void vLine(QPainter& p, int x, int y0, int y1, const QColor& c) { p.fillRect(QRect(x, y0, 1, y1 - y0), c); }
+void frame(QPainter& p, const QRect& r, const QColor& c) {
+    hLine(p, r.left(), r.right() + 1, r.top(), c);
+    hLine(p, r.left(), r.right() + 1, r.bottom(), c);
+    vLine(p, r.left(), r.top(), r.bottom() + 1, c);
+    vLine(p, r.right(), r.top(), r.bottom() + 1, c);
+}
+
 // Minutes of a time of day, on whatever date.
 int minuteOf(OleDate t) { return minuteOfDay(t); }
 
@@ -76,12 +87,10 @@ void paintSelectionAndLines(QPainter& p, const PVDayView& view, int top, int row
         const int minute = top + r * slot;
         const int y = r * PVDayView::kRowPixels;
         if (view.TimeSlotSelected(makeTime(minute / 60, minute % 60, 0)))
-            p.fillRect(QRect(PVDayView::kRulerPixels, y, width - PVDayView::kRulerPixels, PVDayView::kRowPixels),
-                       kSelectedSlot);
-        if (r > 0) {
-            p.setPen(minute % 60 == 0 ? kHourLine : kGridLine);
-            p.drawLine(PVDayView::kRulerPixels, y, width - 1, y);
-        }
+            p.fillRect(
+                QRect(PVDayView::kRulerPixels, y, width - PVDayView::kRulerPixels, PVDayView::kRowPixels),
+                kSelectedSlot);
+        if (r > 0) hLine(p, PVDayView::kRulerPixels, width, y, minute % 60 == 0 ? kHourLine : kGridLine);
     }
 }
 
@@ -89,8 +98,7 @@ void paintRuler(QPainter& p, const PVDayView& view, int top, int rows) {
     const int slot = view.slotMinutes();
     const int bottom = rows * PVDayView::kRowPixels;
     p.fillRect(QRect(0, 0, PVDayView::kRulerPixels, bottom), kRulerBack);
-    p.setPen(kHourLine);
-    p.drawLine(PVDayView::kRulerPixels - 1, 0, PVDayView::kRulerPixels - 1, bottom - 1);
+    vLine(p, PVDayView::kRulerPixels - 1, 0, bottom, kHourLine);
     QFont font = p.font();
     font.setPixelSize(10);
     p.setFont(font);
@@ -98,12 +106,10 @@ void paintRuler(QPainter& p, const PVDayView& view, int top, int rows) {
         const int minute = top + r * slot;
         const int y = r * PVDayView::kRowPixels;
         const bool onHour = minute % 60 == 0;
-        if (onHour && r > 0) {
-            p.setPen(kHourLine);
-            p.drawLine(0, y, PVDayView::kRulerPixels - 2, y);
-        }
+        if (onHour && r > 0) hLine(p, 0, PVDayView::kRulerPixels - 1, y, kHourLine);
         p.setPen(kRulerText);
-        const QString label = onHour ? hourText(minute) : QStringLiteral(":%1").arg(minute % 60, 2, 10, QLatin1Char('0'));
+        const QString label =
+            onHour ? hourText(minute) : QStringLiteral(":%1").arg(minute % 60, 2, 10, QLatin1Char('0'));
         p.drawText(QRect(0, y, PVDayView::kRulerPixels - 4, PVDayView::kRowPixels),
                    Qt::AlignRight | Qt::AlignTop, label);
     }
@@ -113,13 +119,11 @@ void paintAppointment(QPainter& p, const PVDayView::Box& box) {
     const Appointment& app = *box.app;
     const QRect r(box.left, box.top, box.right - box.left, box.bottom - box.top);
     p.fillRect(r, qColorOf(app.BackColor));
-    p.setPen(kAppointmentBorder);
-    p.drawRect(r.adjusted(0, 0, -1, -1));
+    frame(p, r, kAppointmentBorder);
     if (app.Selected()) {
-        // Two pixels of the pen's colour inside the edge, and a grip on the
-        // bottom edge where a resize takes it.
-        p.setPen(Qt::black);
-        p.drawRect(r.adjusted(1, 1, -2, -2));
+        // A second frame inside the first, and a grip on the bottom edge where
+        // a resize takes it.
+        frame(p, r.adjusted(1, 1, -1, -1), Qt::black);
         if (box.endShown && r.width() > 12)
             p.fillRect(QRect(r.center().x() - 4, r.bottom() - 2, 8, 2), Qt::black);
     }
@@ -129,7 +133,8 @@ void paintAppointment(QPainter& p, const PVDayView::Box& box) {
     if (textRect.width() <= 0 || textRect.height() <= 0) return;
     const QString text = QString::fromStdString(app.Text);
     const QString times = timeText(app.StartDateTime) + QStringLiteral("-") + timeText(app.EndDateTime);
-    const QString shown = textRect.height() >= 2 * p.fontMetrics().height() ? text + QLatin1Char('\n') + times : text;
+    const QString shown =
+        textRect.height() >= 2 * p.fontMetrics().height() ? text + QLatin1Char('\n') + times : text;
     p.drawText(textRect, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown);
 }
 
@@ -159,13 +164,18 @@ QColor qColorOf(std::int32_t value) {
     if (v & 0x80000000u) {
         // The system colours the control uses: the window, its text, a button's face.
         switch (v & 0xFFu) {
-        case 0x05: return QColor(Qt::white);
-        case 0x08: return QColor(Qt::black);
-        case 0x0F: return QColor(0xf0, 0xf0, 0xf0);
-        default: return QColor(0xc0, 0xc0, 0xc0);
+        case 0x05:
+            return QColor(Qt::white);
+        case 0x08:
+            return QColor(Qt::black);
+        case 0x0F:
+            return QColor(0xf0, 0xf0, 0xf0);
+        default:
+            return QColor(0xc0, 0xc0, 0xc0);
         }
     }
-    return QColor(static_cast<int>(v & 0xFF), static_cast<int>((v >> 8) & 0xFF), static_cast<int>((v >> 16) & 0xFF));
+    return QColor(static_cast<int>(v & 0xFF), static_cast<int>((v >> 8) & 0xFF),
+                  static_cast<int>((v >> 16) & 0xFF));
 }
 
 void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor) {
@@ -187,7 +197,8 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
     if (decor.preview) paintPreview(p, view, *decor.preview, bottom);
     if (decor.nowMinute) {
         const int y = view.pixelOfMinute(*decor.nowMinute);
-        if (y >= 0 && y < bottom) p.fillRect(QRect(PVDayView::kRulerPixels, y, width - PVDayView::kRulerPixels, 2), kNowLine);
+        if (y >= 0 && y < bottom)
+            p.fillRect(QRect(PVDayView::kRulerPixels, y, width - PVDayView::kRulerPixels, 2), kNowLine);
     }
 }
 

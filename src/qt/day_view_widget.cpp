@@ -23,7 +23,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr int kWheelRows = 3;     // rows a notch of the wheel moves the grid
+constexpr int kWheelRows = 3;       // rows a notch of the wheel moves the grid
 constexpr int kScrollBarWidth = 14; // in the widget's pixels
 
 // The slot editor: Return keeps what was typed, Escape drops it.
@@ -67,11 +67,13 @@ double DayViewWidget::scaleX() const { return 15.0 / owner_.platform().screen.tw
 double DayViewWidget::scaleY() const { return 15.0 / owner_.platform().screen.twipsPerPixelY; }
 
 QPoint DayViewWidget::toView(const QPointF& p) const {
-    return QPoint(static_cast<int>(std::floor(p.x() / scaleX())), static_cast<int>(std::floor(p.y() / scaleY())));
+    return QPoint(static_cast<int>(std::floor(p.x() / scaleX())),
+                  static_cast<int>(std::floor(p.y() / scaleY())));
 }
 
 QPoint DayViewWidget::fromView(QPoint v) const {
-    return QPoint(static_cast<int>(std::lround(v.x() * scaleX())), static_cast<int>(std::lround(v.y() * scaleY())));
+    return QPoint(static_cast<int>(std::lround(v.x() * scaleX())),
+                  static_cast<int>(std::lround(v.y() * scaleY())));
 }
 
 void DayViewWidget::setPreview(std::optional<DayViewDecor::Preview> preview) {
@@ -204,11 +206,18 @@ void DayViewWidget::wheelEvent(QWheelEvent* event) {
 
 void DayViewWidget::scrollRows(int rows) {
     const std::optional<OleDate> top = view_->topAfterScroll(rows);
-    if (top) owner_.runGesture([&] { view_->userScroll(*top); });
-    else syncScrollBar();
+    if (top)
+        owner_.runGesture([&] { view_->userScroll(*top); });
+    else
+        syncScrollBar();
 }
 
 void DayViewWidget::keyPressEvent(QKeyEvent* event) {
+    // Keys that reach the view while its slot editor is open belong to the editor.
+    if (editor_) {
+        QApplication::sendEvent(editor_, event);
+        return;
+    }
     if (event->key() == Qt::Key_Delete) {
         if (const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment()) {
             const std::int32_t key = app->Key();

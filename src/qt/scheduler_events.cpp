@@ -8,13 +8,13 @@
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
 #include "qt/qt_dates.h"
-#include "qt/widget_views.h"
 #include "qt/week_dialog.h"
+#include "qt/widget_views.h"
 
 #include <QGuiApplication>
 #include <QMenu>
-#include <QScreen>
 #include <QMessageBox>
+#include <QScreen>
 
 namespace quorvane {
 
@@ -23,7 +23,9 @@ namespace {
 QString q(const std::string& s) { return QString::fromStdString(s); }
 
 // A caption's "&" stands for itself, not for a shortcut.
-QString menuText(const std::string& caption) { return q(caption).replace(QLatin1Char('&'), QStringLiteral("&&")); }
+QString menuText(const std::string& caption) {
+    return q(caption).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
 
 } // namespace
 
@@ -33,42 +35,49 @@ class SchedulerWidget::Events final : public ctlSchedulerEvents {
 public:
     explicit Events(SchedulerWidget& w) : w_(w) {}
 
-    void ValidatePatient(Str a) override { named("ValidatePatient", {q(a)}), emit w_.validatePatient(q(a)); }
+    void ValidatePatient(Str a) override {
+        named("ValidatePatient", {q(a)}), Q_EMIT w_.validatePatient(q(a));
+    }
     void UpdateAppStatus(Str a, Variant& status) override {
         const QString s = q(status.toString());
-        named("UpdateAppStatus", {q(a), s}), emit w_.updateAppStatus(q(a), s);
+        named("UpdateAppStatus", {q(a), s}), Q_EMIT w_.updateAppStatus(q(a), s);
     }
     void SaveAdditionalAppInfo(Str a) override {
-        named("SaveAdditionalAppInfo", {q(a)}), emit w_.saveAdditionalAppInfo(q(a));
+        named("SaveAdditionalAppInfo", {q(a)}), Q_EMIT w_.saveAdditionalAppInfo(q(a));
     }
-    void PrintDay(Str a, Str b) override { named("PrintDay", {q(a), q(b)}), emit w_.printDay(q(a), q(b)); }
+    void PrintDay(Str a, Str b) override { named("PrintDay", {q(a), q(b)}), Q_EMIT w_.printDay(q(a), q(b)); }
     void PrintResourceSuperbills(Str a, Str b) override {
-        named("PrintResourceSuperbills", {q(a), qDateOfText(b)}), emit w_.printResourceSuperbills(q(a), qDateOfText(b));
+        named("PrintResourceSuperbills", {q(a), qDateOfText(b)}),
+            Q_EMIT w_.printResourceSuperbills(q(a), qDateOfText(b));
     }
     void AddApptWithPatient(Str a, Str b) override {
-        named("AddApptWithPatient", {q(a), q(b)}), emit w_.addApptWithPatient(q(a), q(b));
+        named("AddApptWithPatient", {q(a), q(b)}), Q_EMIT w_.addApptWithPatient(q(a), q(b));
     }
-    void PatientSearch() override { named("PatientSearch", {}), emit w_.patientSearch(); }
-    void AppointmentSearch(Str a) override { named("AppointmentSearch", {q(a)}), emit w_.appointmentSearch(q(a)); }
+    void PatientSearch() override { named("PatientSearch", {}), Q_EMIT w_.patientSearch(); }
+    void AppointmentSearch(Str a) override {
+        named("AppointmentSearch", {q(a)}), Q_EMIT w_.appointmentSearch(q(a));
+    }
     void AddEditRecurrence(Str a, Str b) override {
-        named("AddEditRecurrence", {q(a), q(b)}), emit w_.addEditRecurrence(q(a), q(b));
+        named("AddEditRecurrence", {q(a), q(b)}), Q_EMIT w_.addEditRecurrence(q(a), q(b));
     }
     void OnWeekLoad(Str a, OleDate d) override {
-        named("OnWeekLoad", {q(a), qDateOf(d)}), emit w_.onWeekLoad(q(a), qDateOf(d));
+        named("OnWeekLoad", {q(a), qDateOf(d)}), Q_EMIT w_.onWeekLoad(q(a), qDateOf(d));
     }
-    void OpenPatient(Str a) override { named("OpenPatient", {q(a)}), emit w_.openPatient(q(a)); }
-    void OpenPatientHistory(Str a) override { named("OpenPatientHistory", {q(a)}), emit w_.openPatientHistory(q(a)); }
+    void OpenPatient(Str a) override { named("OpenPatient", {q(a)}), Q_EMIT w_.openPatient(q(a)); }
+    void OpenPatientHistory(Str a) override {
+        named("OpenPatientHistory", {q(a)}), Q_EMIT w_.openPatientHistory(q(a));
+    }
     void AppointmentSelected(Str a) override {
-        named("AppointmentSelected", {q(a)}), emit w_.appointmentSelected(q(a));
+        named("AppointmentSelected", {q(a)}), Q_EMIT w_.appointmentSelected(q(a));
     }
     void ResourceBeforeRemove(Str a, Str b) override {
-        named("ResourceBeforeRemove", {q(a), q(b)}), emit w_.resourceBeforeRemove(q(a), q(b));
+        named("ResourceBeforeRemove", {q(a), q(b)}), Q_EMIT w_.resourceBeforeRemove(q(a), q(b));
     }
     void ResourceAfterResize(Str a, Str b) override {
-        named("ResourceAfterResize", {q(a), q(b)}), emit w_.resourceAfterResize(q(a), q(b));
+        named("ResourceAfterResize", {q(a), q(b)}), Q_EMIT w_.resourceAfterResize(q(a), q(b));
     }
     void ResourceAfterDrag(Str a, Str b) override {
-        named("ResourceAfterDrag", {q(a), q(b)}), emit w_.resourceAfterDrag(q(a), q(b));
+        named("ResourceAfterDrag", {q(a), q(b)}), Q_EMIT w_.resourceAfterDrag(q(a), q(b));
     }
     void ResourceOnClick(std::int16_t n, Str a, const Variant& d) override {
         QDate date;
@@ -76,52 +85,61 @@ public:
             date = qDateOf(d.toDate());
         } catch (const RuntimeError&) {
         }
-        named("ResourceOnClick", {int{n}, q(a), date}), emit w_.resourceOnClick(n, q(a), date);
+        named("ResourceOnClick", {int{n}, q(a), date}), Q_EMIT w_.resourceOnClick(n, q(a), date);
     }
     void NextAvailable(Str a, Str b) override {
-        named("NextAvailable", {q(a), q(b)}), emit w_.nextAvailable(q(a), q(b));
+        named("NextAvailable", {q(a), q(b)}), Q_EMIT w_.nextAvailable(q(a), q(b));
     }
-    void RefreshAllSchedules() override { named("RefreshAllSchedules", {}), emit w_.refreshAllSchedules(); }
-    void RefreshAllDisplayAll() override { named("RefreshAllDisplayAll", {}), emit w_.refreshAllDisplayAll(); }
-    void RefreshSchedule(Str a) override { named("RefreshSchedule", {q(a)}), emit w_.refreshSchedule(q(a)); }
-    void RefProviderSearch() override { named("RefProviderSearch", {}), emit w_.refProviderSearch(); }
+    void RefreshAllSchedules() override { named("RefreshAllSchedules", {}), Q_EMIT w_.refreshAllSchedules(); }
+    void RefreshAllDisplayAll() override {
+        named("RefreshAllDisplayAll", {}), Q_EMIT w_.refreshAllDisplayAll();
+    }
+    void RefreshSchedule(Str a) override {
+        named("RefreshSchedule", {q(a)}), Q_EMIT w_.refreshSchedule(q(a));
+    }
+    void RefProviderSearch() override { named("RefProviderSearch", {}), Q_EMIT w_.refProviderSearch(); }
     void PrintSuperbill(Str a, Str b) override {
-        named("PrintSuperbill", {q(a), q(b)}), emit w_.printSuperbill(q(a), q(b));
+        named("PrintSuperbill", {q(a), q(b)}), Q_EMIT w_.printSuperbill(q(a), q(b));
     }
     void PrintDaysFacesheets(Str a, Str b) override {
-        named("PrintDaysFacesheets", {q(a), qDateOfText(b)}), emit w_.printDaysFacesheets(q(a), qDateOfText(b));
+        named("PrintDaysFacesheets", {q(a), qDateOfText(b)}),
+            Q_EMIT w_.printDaysFacesheets(q(a), qDateOfText(b));
     }
     void PrintFaceSheet(Str a, Str b) override {
-        named("PrintFaceSheet", {q(a), q(b)}), emit w_.printFaceSheet(q(a), q(b));
+        named("PrintFaceSheet", {q(a), q(b)}), Q_EMIT w_.printFaceSheet(q(a), q(b));
     }
     void DisplayPhoto(Str a, Str b, Str c, Str d) override {
-        named("DisplayPhoto", {q(a), q(b), q(c), q(d)}), emit w_.displayPhoto(q(a), q(b), q(c), q(d));
+        named("DisplayPhoto", {q(a), q(b), q(c), q(d)}), Q_EMIT w_.displayPhoto(q(a), q(b), q(c), q(d));
     }
-    void HidePhoto() override { named("HidePhoto", {}), emit w_.hidePhoto(); }
+    void HidePhoto() override { named("HidePhoto", {}), Q_EMIT w_.hidePhoto(); }
     void DisplayQuickScan(Str a, std::int16_t n) override {
-        named("DisplayQuickScan", {q(a), int{n}}), emit w_.displayQuickScan(q(a), n);
+        named("DisplayQuickScan", {q(a), int{n}}), Q_EMIT w_.displayQuickScan(q(a), n);
     }
     void QuickComments(Str a, Str b) override {
-        named("QuickComments", {q(a), q(b)}), emit w_.quickComments(q(a), q(b));
+        named("QuickComments", {q(a), q(b)}), Q_EMIT w_.quickComments(q(a), q(b));
     }
-    void DisplayTasking() override { named("DisplayTasking", {}), emit w_.displayTasking(); }
-    void DisplayRecallSetup(Str a) override { named("DisplayRecallSetup", {q(a)}), emit w_.displayRecallSetup(q(a)); }
-    void DisplayRecallList() override { named("DisplayRecallList", {}), emit w_.displayRecallList(); }
-    void DisplayLegend() override { named("DisplayLegend", {}), emit w_.displayLegend(); }
+    void DisplayTasking() override { named("DisplayTasking", {}), Q_EMIT w_.displayTasking(); }
+    void DisplayRecallSetup(Str a) override {
+        named("DisplayRecallSetup", {q(a)}), Q_EMIT w_.displayRecallSetup(q(a));
+    }
+    void DisplayRecallList() override { named("DisplayRecallList", {}), Q_EMIT w_.displayRecallList(); }
+    void DisplayLegend() override { named("DisplayLegend", {}), Q_EMIT w_.displayLegend(); }
     void PrintTxPlan(Str a, Str b, Str c) override {
-        named("PrintTxPlan", {q(a), q(b), qDateOfText(c)}), emit w_.printTxPlan(q(a), q(b), qDateOfText(c));
+        named("PrintTxPlan", {q(a), q(b), qDateOfText(c)}), Q_EMIT w_.printTxPlan(q(a), q(b), qDateOfText(c));
     }
-    void OpenQuickPay(Str a, Str b) override { named("OpenQuickPay", {q(a), q(b)}), emit w_.openQuickPay(q(a), q(b)); }
+    void OpenQuickPay(Str a, Str b) override {
+        named("OpenQuickPay", {q(a), q(b)}), Q_EMIT w_.openQuickPay(q(a), q(b));
+    }
     void OpenAuthorization(Str a, Str b) override {
-        named("OpenAuthorization", {q(a), q(b)}), emit w_.openAuthorization(q(a), q(b));
+        named("OpenAuthorization", {q(a), q(b)}), Q_EMIT w_.openAuthorization(q(a), q(b));
     }
     void OpenOfficeCommunication(Str a) override {
-        named("OpenOfficeCommunication", {q(a)}), emit w_.openOfficeCommunication(q(a));
+        named("OpenOfficeCommunication", {q(a)}), Q_EMIT w_.openOfficeCommunication(q(a));
     }
 
 private:
     void named(const char* name, const QVariantList& args) {
-        emit w_.eventRaised(QString::fromLatin1(name), args);
+        Q_EMIT w_.eventRaised(QString::fromLatin1(name), args);
         // What the host did in its slots shows when the gesture ends; outside
         // one, it shows when the event loop next runs.
         w_.scheduleRefresh();
@@ -165,7 +183,8 @@ SchedulerWidget::SchedulerWidget(QWidget* parent)
     build();
 }
 
-SchedulerWidget::SchedulerWidget(ctlScheduler& control, QWidget* parent) : QWidget(parent), control_(&control) {
+SchedulerWidget::SchedulerWidget(ctlScheduler& control, QWidget* parent)
+    : QWidget(parent), control_(&control) {
     build();
 }
 
@@ -190,13 +209,17 @@ void SchedulerWidget::hookPlatform() {
     previousBoxes_ = p.messageBoxes;
     p.messageBoxes = boxes_.get();
     p.container.onPropertyChanged = [this](std::string_view name) {
-        emit propertyChanged(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+        Q_EMIT propertyChanged(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
         scheduleRefresh();
     };
-    p.container.onUntrappedError = [this](const RuntimeError& e) { emit untrappedError(QString::fromUtf8(e.what())); };
+    p.container.onUntrappedError = [this](const RuntimeError& e) {
+        Q_EMIT untrappedError(QString::fromUtf8(e.what()));
+    };
     // Inside a gesture the end of the gesture shows the state; outside one, at once.
     p.container.onEnabledChanged = [this](bool on) {
-        if (gestureDepth_ == 0) setEnabled(on);
+        if (gestureDepth_ > 0) return;
+        setEnabled(on);
+        scheduleRefresh();
     };
     p.container.onShowModal = [this](Form& form) { showWeekForm(form); };
     SchedulerWidgets& w = control_->widgets();
@@ -260,6 +283,7 @@ void SchedulerWidget::showPendingMenu() {
     addItems(*qmenu, menu->items, *this);
     openMenu_ = qmenu;
     qmenu->popup(pendingMenuPos_);
+    Q_EMIT contextMenuOpened(qmenu);
 }
 
 } // namespace quorvane

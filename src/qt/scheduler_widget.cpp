@@ -7,8 +7,8 @@
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
 #include "qt/qt_dates.h"
-#include "qt/widget_views.h"
 #include "qt/week_dialog.h"
+#include "qt/widget_views.h"
 
 #include <QCalendarWidget>
 #include <QComboBox>
@@ -35,14 +35,20 @@ namespace {
 // character for Ctrl and a letter, else the character typed.
 int keyCodeOf(const QKeyEvent& e) {
     const int key = e.key();
-    if ((e.modifiers() & Qt::ControlModifier) && key >= Qt::Key_A && key <= Qt::Key_Z) return key - Qt::Key_A + 1;
+    if ((e.modifiers() & Qt::ControlModifier) && key >= Qt::Key_A && key <= Qt::Key_Z)
+        return key - Qt::Key_A + 1;
     switch (key) {
     case Qt::Key_Return:
-    case Qt::Key_Enter: return 13;
-    case Qt::Key_Backspace: return 8;
-    case Qt::Key_Tab: return 9;
-    case Qt::Key_Escape: return 27;
-    default: break;
+    case Qt::Key_Enter:
+        return 13;
+    case Qt::Key_Backspace:
+        return 8;
+    case Qt::Key_Tab:
+        return 9;
+    case Qt::Key_Escape:
+        return 27;
+    default:
+        break;
     }
     const QString text = e.text();
     if (text.size() == 1 && text.at(0).unicode() < 256) return text.at(0).unicode();
@@ -63,7 +69,8 @@ void SchedulerWidget::build() {
     timeOfDay_ = [] { return QTime::currentTime(); };
     SchedulerWidgets& w = control_->widgets();
     for (int i = 0; i < kColumns; ++i)
-        dayViews_[static_cast<std::size_t>(i)] = new DayViewWidget(*this, w.dvwResource[static_cast<std::size_t>(i)], this);
+        dayViews_[static_cast<std::size_t>(i)] =
+            new DayViewWidget(*this, w.dvwResource[static_cast<std::size_t>(i)], this);
 
     std::vector<TextField*> shown = {&w.txtAppChiefComplaint, &w.txtAppComments, &w.txtAppRefProvider,
                                      &w.txtAppPriorAuthNum};
@@ -90,9 +97,8 @@ void SchedulerWidget::build() {
     auto list = [this](PickList& model) {
         auto* box = new QComboBox(this);
         box->setObjectName(QString::fromStdString(model.name));
-        connect(box, &QComboBox::activated, this, [this, &model](int index) {
-            runGesture([&] { model.setListIndex(index); });
-        });
+        connect(box, &QComboBox::activated, this,
+                [this, &model](int index) { runGesture([&] { model.setListIndex(index); }); });
         lists_.push_back({&model, box});
     };
     for (int i = 0; i < kColumns; ++i) {
@@ -124,13 +130,15 @@ void SchedulerWidget::build() {
         auto* b = new QPushButton(this);
         b->setObjectName(QString::fromStdString(model->name));
         b->setFocusPolicy(Qt::TabFocus);
-        connect(b, &QPushButton::clicked, this, [this, model = model] { runGesture([&] { model->click(); }); });
+        connect(b, &QPushButton::clicked, this,
+                [this, model = model] { runGesture([&] { model->click(); }); });
         buttons_.push_back({model, b, icon});
     }
 
     calendar_ = new QCalendarWidget(this);
     calendar_->setObjectName(QStringLiteral("calCalendar"));
     calendar_->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    calendar_->setHorizontalHeaderFormat(QCalendarWidget::SingleLetterDayNames);
     calendar_->setGridVisible(false);
     connect(calendar_, &QCalendarWidget::clicked, this, [this](QDate date) {
         runGesture([&] { control_->widgets().calCalendar->userPick(oleDateOf(date)); });
@@ -151,12 +159,16 @@ void SchedulerWidget::build() {
 
 QRect SchedulerWidget::pixelRect(float left, float top, float width, float height) const {
     const Screen& s = control_->platform().screen;
-    const auto px = [](double twips, float perPixel) { return static_cast<int>(std::lround(twips / perPixel)); };
+    const auto px = [](double twips, float perPixel) {
+        return static_cast<int>(std::lround(twips / perPixel));
+    };
     return QRect(px(left, s.twipsPerPixelX), px(top, s.twipsPerPixelY), px(width, s.twipsPerPixelX),
                  px(height, s.twipsPerPixelY));
 }
 
-QRect SchedulerWidget::pixelRect(const WidgetBase& w) const { return pixelRect(w.left, w.top, w.width, w.height); }
+QRect SchedulerWidget::pixelRect(const WidgetBase& w) const {
+    return pixelRect(w.left, w.top, w.width, w.height);
+}
 
 void SchedulerWidget::setTimeOfDaySource(std::function<QTime()> source) {
     timeOfDay_ = std::move(source);
@@ -179,7 +191,7 @@ void SchedulerWidget::runGesture(const std::function<void()>& gesture) {
     } catch (const RuntimeError& e) {
         platform().container.untrappedError(e);
     } catch (const std::exception& e) {
-        emit untrappedError(QString::fromUtf8(e.what()));
+        Q_EMIT untrappedError(QString::fromUtf8(e.what()));
     }
     if (--gestureDepth_ > 0) return;
     refresh();

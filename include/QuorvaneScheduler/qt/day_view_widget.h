@@ -88,8 +88,8 @@ private:
     OleDate editorSlot_;
 
     Mode mode_ = Mode::None;
-    std::int32_t key_ = 0;  // the appointment pressed on
-    int grab_ = 0;          // minutes below its start where it was taken
+    std::int32_t key_ = 0; // the appointment pressed on
+    int grab_ = 0;         // minutes below its start where it was taken
     QPoint pressPos_;
     OleDate resizeEnd_;
     QPointer<DayViewWidget> dropTarget_;

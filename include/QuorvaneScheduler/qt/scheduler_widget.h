@@ -83,13 +83,16 @@ public:
     // widgets show the models again when the outermost gesture ends.
     void runGesture(const std::function<void()>& gesture);
 
-signals:
+Q_SIGNALS:
     // Every event, by its name, with its arguments as below; for logs and tests.
     void eventRaised(const QString& name, const QVariantList& args);
     // A property that reports its change to the container.
     void propertyChanged(const QString& name);
     // A run-time error that a handler of the control left untrapped during a gesture.
     void untrappedError(const QString& message);
+    // A context menu of the control has opened; its object name is the menu's
+    // and each action's the item's. A host may add entries of its own.
+    void contextMenuOpened(QMenu* menu);
 
     // The 37 events of the control, in the order of its interface.
     void validatePatient(const QString& patientEID);
