@@ -183,7 +183,9 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
     const int rows = view.gridRows();
     const int bottom = rows * PVDayView::kRowPixels;
     const int top = view.topRow() * view.slotMinutes();
-    p.fillRect(QRect(0, 0, width, std::max(bottom, 1) + 10000), kBelowGrid);
+    // Below the day's last row, when the view is taller than what is left of the day.
+    p.fillRect(QRect(0, bottom, width, std::max(view.visibleRows() - rows, 1) * PVDayView::kRowPixels + 20),
+               kBelowGrid);
     if (rows > 0) {
         paintCells(p, view, top, rows, width);
         paintSelectionAndLines(p, view, top, rows, width);

@@ -24,6 +24,7 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QTextCharFormat>
+#include <QTimer>
 
 #include <cmath>
 
@@ -153,6 +154,14 @@ void SchedulerWidget::build() {
     for (DayViewWidget* v : dayViews_)
         v->installEventFilter(this);
 
+    // The line of the current time moves on by itself; nothing else here does.
+    auto* minutes = new QTimer(this);
+    connect(minutes, &QTimer::timeout, this, [this] {
+        for (DayViewWidget* v : dayViews_)
+            if (v->view().CurrentDate() == platform().clock.today()) v->update();
+    });
+    minutes->start(60 * 1000);
+
     hookPlatform();
     refresh();
 }
@@ -192,6 +201,8 @@ void SchedulerWidget::runGesture(const std::function<void()>& gesture) {
         platform().container.untrappedError(e);
     } catch (const std::exception& e) {
         Q_EMIT untrappedError(QString::fromUtf8(e.what()));
+    } catch (...) {
+        Q_EMIT untrappedError(QStringLiteral("unknown error"));
     }
     if (--gestureDepth_ > 0) return;
     refresh();

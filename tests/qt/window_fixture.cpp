@@ -128,6 +128,13 @@ QPoint WindowTest::at(int column, int hour, int minute) {
     return p ? day(column).fromView({p->first, p->second}) : QPoint();
 }
 
+void WindowTest::drag(DayViewWidget& w, QPoint from, QPoint to, int steps) {
+    QTest::mousePress(&w, Qt::LeftButton, {}, from);
+    for (int step = 1; step <= steps; ++step)
+        QTest::mouseMove(&w, from + (to - from) * step / steps);
+    QTest::mouseRelease(&w, Qt::LeftButton, {}, to);
+}
+
 void WindowTest::answerNext(bool yes) { answers.push_back(yes); }
 
 Lines WindowTest::took() {

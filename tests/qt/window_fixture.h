@@ -44,6 +44,8 @@ struct WindowTest : ::testing::Test {
     QPoint at(int column, int hour, int minute);
     // A point of a day view in the window's coordinates.
     QPoint inWindow(int column, QPoint p) { return day(column).mapTo(window.get(), p); }
+    // Press, move in steps, release: a drag of the left button on a day view.
+    void drag(DayViewWidget& w, QPoint from, QPoint to, int steps = 4);
     // The answer the user gives the next Yes/No box, as the console's "answer".
     void answerNext(bool yes);
     // Lines logged since the last call.
