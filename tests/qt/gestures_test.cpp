@@ -23,17 +23,12 @@
 namespace quorvane::test {
 namespace {
 
-QStringList actionsOf(const QMenu& menu) {
+// The captions of a menu, "-" for a line; or the names of its checked items.
+QStringList itemsOf(const QMenu& menu, bool checkedNames = false) {
     QStringList out;
     for (const QAction* a : menu.actions())
-        out << (a->isSeparator() ? QStringLiteral("-") : a->text());
-    return out;
-}
-
-QStringList checkedOf(const QMenu& menu) {
-    QStringList out;
-    for (const QAction* a : menu.actions())
-        if (a->isChecked()) out << a->objectName();
+        if (!checkedNames || a->isChecked())
+            out << (checkedNames ? a->objectName() : a->isSeparator() ? QStringLiteral("-") : a->text());
     return out;
 }
 
@@ -93,13 +88,13 @@ TEST_F(WindowTest, RightClickOpensTheMenuOfWhatLiesUnderThePointer) {
     QTest::mouseClick(&day(0), Qt::RightButton, {}, at(0, 15, 0));
     ASSERT_TRUE(window->openMenu());
     EXPECT_EQ(
-        actionsOf(*window->openMenu()),
+        itemsOf(*window->openMenu()),
         (QStringList{"Schedule Patient", "Find Next Available", "Search Appointments", "Recall List",
                      "Show Today", "Week View", "-", "Print Day's Facesheets", "Print Day's Superbills",
                      "Print Schedule", "-", "Display All Appointments", "Refresh All Schedules (Ctrl+Z)"}));
     QMenu* types = window->openMenu()->findChild<QMenu*>("mnoSchedulePatient");
     ASSERT_TRUE(types);
-    EXPECT_EQ(actionsOf(*types), QStringList{"General"}) << "types the column has not are not shown";
+    EXPECT_EQ(itemsOf(*types), QStringList{"General"}) << "types the column has not are not shown";
     window->openMenu()->close();
 
     struct Case {
@@ -113,8 +108,9 @@ TEST_F(WindowTest, RightClickOpensTheMenuOfWhatLiesUnderThePointer) {
         ASSERT_TRUE(menu);
         EXPECT_EQ(menu->objectName(), "mnuRightClickSchedulerApp");
         EXPECT_EQ(menu->findChild<QAction*>("mnoAddEditRecurrenceApp")->text(), c.recurrence);
-        EXPECT_EQ(checkedOf(*menu), QStringList{c.checked});
-        EXPECT_EQ(actionsOf(*menu).size(), 27);
+        EXPECT_EQ(itemsOf(*menu, true), QStringList{c.checked});
+        EXPECT_EQ(itemsOf(*menu).size(), 27);
+        if (c.key == 2 && QTest::qWaitFor([menu] { return menu->isVisible(); })) saveShot(shot(), "menu");
         menu->close();
     }
     EXPECT_EQ(window->control().state().objCurrentApp->Key(), 1);
@@ -271,20 +267,6 @@ TEST_F(WindowTest, KeysReachTheControlFirstThenTheField) {
                                                   "user key 17 in txtAppChiefComplaint\n"));
 }
 
-TEST_F(WindowTest, BusyPhaseGreysTheWindowOutUntilTheHostEndsIt) {
-    QTest::mouseDClick(&day(0), Qt::LeftButton, {}, on(0, 1));
-    EXPECT_FALSE(window->isEnabled());
-    QTest::mouseClick(&day(1), Qt::LeftButton, {}, at(1, 14, 0));
-    EXPECT_FALSE(model(1).TimeSlotSelected(makeTime(14, 0, 0))) << "a disabled window takes no gesture";
-    window->control().FocusControl();
-    EXPECT_TRUE(window->isEnabled());
-    QWidget* chiefComplaint = window->findChild<QWidget*>("txtAppChiefComplaint");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == chiefComplaint; }))
-        << "FocusControl leaves the focus in txtAppChiefComplaint";
-    QTest::mouseClick(&day(1), Qt::LeftButton, {}, at(1, 14, 0));
-    EXPECT_TRUE(model(1).TimeSlotSelected(makeTime(14, 0, 0)));
-}
-
 TEST_F(WindowTest, WeekViewIsAModalDialogTheUserCloses) {
     ctlScheduler& c = window->control();
     QSignalSpy loads(window.get(), &SchedulerWidget::onWeekLoad);
@@ -321,15 +303,22 @@ TEST_F(WindowTest, WeekViewIsAModalDialogTheUserCloses) {
 
 // A host's failure inside a gesture reaches the host as untrappedError, never
 // Qt's event loop: raised in a day view's event, and in a pick list's, which
-// no model catches.
+// no model catches. FocusControl ends the busy phase and puts the focus in the pane.
 TEST_F(WindowTest, AHostFailureInAGestureIsReportedAndTheWindowGoesOn) {
     QSignalSpy errors(window.get(), &SchedulerWidget::untrappedError);
     auto fail = [] { throw Overflow("the host's store is full"); };
     QObject::connect(window.get(), &SchedulerWidget::resourceAfterDrag, fail);
     QObject::connect(window.get(), &SchedulerWidget::resourceOnClick, fail);
     drag(day(1), on(1, 1), on(1, 1) + QPoint(0, 40));
-    EXPECT_FALSE(window->isEnabled()) << "the busy phase the host failed in goes on";
-    window->control().setUserControlEnabled(true);
+    // The busy phase the host failed in goes on, and the window takes no gesture
+    // until the host ends it.
+    EXPECT_FALSE(window->isEnabled());
+    QTest::mouseClick(&day(1), Qt::LeftButton, {}, at(1, 14, 0));
+    EXPECT_FALSE(model(1).TimeSlotSelected(makeTime(14, 0, 0)));
+    window->control().FocusControl();
+    EXPECT_TRUE(window->isEnabled());
+    QWidget* chiefComplaint = window->findChild<QWidget*>("txtAppChiefComplaint");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == chiefComplaint; }));
     auto* resources = window->findChild<QComboBox*>("cmbResource(0)");
     ASSERT_TRUE(resources);
     resources->setFocus();

@@ -47,12 +47,5 @@ TEST_F(WindowTest, PixelsAtKnownPointsAtBothRatios) {
     }
 }
 
-TEST_F(WindowTest, OpenContextMenuScreenshot) {
-    QTest::mouseClick(&day(0), Qt::RightButton, {}, on(0, 2));
-    ASSERT_TRUE(window->openMenu());
-    EXPECT_TRUE(QTest::qWaitFor([this] { return window->openMenu()->isVisible(); }));
-    saveShot(shot(), "menu");
-}
-
 } // namespace
 } // namespace quorvane::test
