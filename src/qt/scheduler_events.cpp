@@ -189,7 +189,9 @@ SchedulerWidget::SchedulerWidget(ctlScheduler& control, QWidget* parent)
 }
 
 SchedulerWidget::~SchedulerWidget() {
-    // The control may outlive the window: it must not call into it any more.
+    // The Qt widgets go first, while the models and the hooks they call are
+    // still whole; then the control, which may outlive the window, is unhooked.
+    qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
     Platform& p = platform();
     p.container.onPropertyChanged = nullptr;
     p.container.onShowModal = nullptr;
