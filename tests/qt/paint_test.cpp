@@ -5,7 +5,11 @@
 
 #include "window_fixture.h"
 
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QTest>
+#include <QTextCharFormat>
 
 namespace quorvane::test {
 namespace {
@@ -45,6 +49,24 @@ TEST_F(WindowTest, PixelsAtKnownPointsAtBothRatios) {
             << "ratio " << ratio;
         saveShot(image, ratio == 1.0 ? "day" : "day@2x");
     }
+}
+
+// The other models as Qt widgets: the calendar's marks in bold, a read-only
+// field in the button face with the model's text, a pick list's items.
+TEST_F(WindowTest, ModelsShownAsQtWidgets) {
+    auto* calendar = window->findChild<QCalendarWidget*>("calCalendar");
+    ASSERT_TRUE(calendar);
+    EXPECT_EQ(calendar->dateTextFormat(QDate(2008, 1, 15)).fontWeight(), QFont::Bold);
+    EXPECT_NE(calendar->dateTextFormat(QDate(2008, 1, 16)).fontWeight(), QFont::Bold);
+    auto* name = window->findChild<QLineEdit*>("txtPatName");
+    ASSERT_TRUE(name);
+    EXPECT_TRUE(name->isReadOnly());
+    EXPECT_EQ(name->text(), "Edsger Dijkstra");
+    EXPECT_EQ(name->palette().color(QPalette::Base), qColorOf(TextField::kButtonFace));
+    auto* increments = window->findChild<QComboBox*>("cmbDayIncrement(1)");
+    ASSERT_TRUE(increments);
+    EXPECT_EQ(increments->count(), 5);
+    EXPECT_EQ(increments->currentText(), "30");
 }
 
 } // namespace

@@ -18,7 +18,7 @@
 #endif
 
 #include <QDate>
-#include <QDateTime>
+#include <QMenu>
 #include <QPointer>
 #include <QString>
 #include <QTime>
@@ -28,13 +28,8 @@
 #include <array>
 #include <functional>
 #include <memory>
-#include <optional>
 
 class QCalendarWidget;
-class QComboBox;
-class QLabel;
-#include <QMenu>
-class QPushButton;
 class QScrollBar;
 
 namespace quorvane {
