@@ -58,7 +58,8 @@ std::optional<std::pair<std::int64_t, std::int64_t>> PVDayView::spanOf(const App
 }
 
 // Edges are compared in pixels times slot minutes, so that no rounding decides
-// what is visible: a pixel row y belongs to a box when its top * s <= y * s.
+// what is visible: pixel row y lies in an appointment of minutes [a, b) from the
+// top when a * 20 <= y * s < b * 20, which the hit test then reads off the box.
 std::vector<PVDayView::Box> PVDayView::appointmentBoxes() const {
     struct Placed {
         std::size_t order;
