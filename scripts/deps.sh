@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build needs, when any is missing.
+# Installs the Debian packages the build needs, when any is missing: the
+# compiler and test framework, Qt 6 Widgets with a font for the window and its
+# offscreen tests, and the SQLite driver of Qt SQL for the practice desk.
 set -euo pipefail
 needed=(cmake g++ make libgtest-dev libgmock-dev qt6-base-dev libqt6sql6-sqlite libqt6sql6-psql postgresql fonts-dejavu-core)
 [ "${QUORVANE_NEED_CLANG:-0}" = 1 ] && needed+=(clang libclang-rt-dev)

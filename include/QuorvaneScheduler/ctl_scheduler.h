@@ -381,6 +381,7 @@ public:
 private:
     void beginBusy();
     void designWidgets();
+    void placeFormWidgets(); // the panel, the pane and the buttons on the form
     void designMenus();
     void wireMenus();
 

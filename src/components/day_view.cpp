@@ -103,16 +103,10 @@ void AppointmentSet::RemoveAll() {
     items_.clear();
 }
 
+// Lanes keep the boxes apart, so at most one holds the point.
 AppointmentRef AppointmentSet::HitTest(std::int32_t x, std::int32_t y) const {
-    const auto [left, right] = view_.appointmentColumns();
-    if (x < left || x >= right || y < 0 || y >= view_.gridBottom()) return nullptr;
-    const std::int64_t scaledY = std::int64_t{y} * view_.slotMinutes();
-    for (const AppointmentRef& app : items_) {
-        const auto span = view_.spanOf(*app);
-        if (span && span->first * PVDayView::kRowPixels <= scaledY &&
-            scaledY < span->second * PVDayView::kRowPixels)
-            return app;
-    }
+    for (const PVDayView::Box& box : view_.appointmentBoxes())
+        if (box.left <= x && x < box.right && box.top <= y && y < box.bottom) return box.app;
     return nullptr;
 }
 
@@ -268,71 +262,6 @@ bool PVDayView::runRemove(const AppointmentRef& app, bool user) {
     if (held->view() != this) return false;
     set_.detach(held);
     return true;
-}
-
-// ---- PVDayView: geometry ----------------------------------------------------------
-
-int PVDayView::visibleRows() const { return pixelsOf(Height) / kRowPixels; }
-
-int PVDayView::topMinute() const {
-    // TopIndex is stored as given; a value the runtime cannot place shows the
-    // grid from midnight rather than failing every gesture.
-    if (!validDate(topIndex_)) return 0;
-    return minuteOfDay(topIndex_) / slotMinutes() * slotMinutes();
-}
-
-int PVDayView::minuteOnGrid(OleDate t) const { return minuteOfDay(checkedDate(t)) - topMinute(); }
-
-int PVDayView::gridBottom() const {
-    // The grid ends with the day even when the view is taller.
-    const int rowsLeft = (kMinutesPerDay - topMinute()) / slotMinutes();
-    return std::min(visibleRows(), rowsLeft) * kRowPixels;
-}
-
-std::pair<int, int> PVDayView::appointmentColumns() const {
-    const int width = pixelsOf(Width);
-    if (width <= kRulerPixels) return {kRulerPixels, kRulerPixels};
-    return {kRulerPixels, kRulerPixels + 3 * (width - kRulerPixels) / 4};
-}
-
-std::optional<std::pair<std::int64_t, std::int64_t>> PVDayView::spanOf(const Appointment& app) const {
-    if (!validDate(app.StartDateTime) || !validDate(app.EndDateTime)) return std::nullopt;
-    if (datePart(app.StartDateTime) != currentDate_) return std::nullopt;
-    const auto endDay = static_cast<std::int64_t>(datePart(app.EndDateTime).value - currentDate_.value);
-    const std::int64_t top = topMinute();
-    const std::int64_t start = minuteOfDay(app.StartDateTime) - top;
-    const std::int64_t end = endDay * kMinutesPerDay + minuteOfDay(app.EndDateTime) - top;
-    if (end <= start) return std::nullopt;
-    return std::make_pair(start, end);
-}
-
-std::optional<std::pair<int, int>> PVDayView::pointOfAppointment(std::int32_t key) const {
-    const AppointmentRef app = set_.Item(key);
-    if (!app) return std::nullopt;
-    const auto span = spanOf(*app);
-    const auto [left, right] = appointmentColumns();
-    if (!span || right <= left) return std::nullopt;
-    // Edges in pixels times slot minutes, so that no rounding decides what is visible.
-    const std::int64_t s = slotMinutes();
-    const std::int64_t top = std::max<std::int64_t>(span->first * kRowPixels, 0);
-    const std::int64_t bottom =
-        std::min<std::int64_t>(span->second * kRowPixels, std::int64_t{gridBottom()} * s);
-    if (top >= bottom) return std::nullopt;
-    const std::int64_t firstPixel = (top + s - 1) / s;
-    const std::int64_t lastPixel = (bottom + s - 1) / s - 1;
-    if (firstPixel > lastPixel) return std::nullopt; // thinner than a pixel: nothing to aim at
-    const std::int64_t y = std::clamp((top + bottom) / (2 * s), firstPixel, lastPixel);
-    return std::make_pair((left + right) / 2, static_cast<int>(y));
-}
-
-std::optional<std::pair<int, int>> PVDayView::pointOfTime(OleDate t) const {
-    const int minute = minuteOnGrid(t);
-    const int width = pixelsOf(Width);
-    const int stripLeft = appointmentColumns().second;
-    if (minute < 0 || stripLeft >= width) return std::nullopt;
-    const int row = minute / slotMinutes();
-    if ((row + 1) * kRowPixels > gridBottom()) return std::nullopt;
-    return std::make_pair((stripLeft + width) / 2, row * kRowPixels + kRowPixels / 2);
 }
 
 } // namespace quorvane

@@ -30,9 +30,33 @@ void PVDayView::takeFocus() {
 
 bool PVDayView::userClickAt(OleDate t, bool right) {
     const auto point = pointOfTime(t);
-    if (!point) return false;
+    return point && clickSlot(t, *point, right);
+}
+
+bool PVDayView::userClickOn(std::int32_t key, bool right) {
+    const auto point = pointOfAppointment(key);
+    return point && clickAppointment(set_.Item(key), *point, right);
+}
+
+// What lies under the point decides before any handler runs, as for the aimed clicks.
+bool PVDayView::userPressAt(int x, int y, bool right) {
+    if (x < 0 || x >= pixelWidth()) return false;
+    const auto slot = slotAtPixel(y);
+    if (!slot) return false;
+    if (const AppointmentRef app = set_.HitTest(x, y)) return clickAppointment(app, {x, y}, right);
+    return clickSlot(*slot, {x, y}, right);
+}
+
+bool PVDayView::userDblClickAt(int x, int y) {
+    const bool onAppointment = set_.HitTest(x, y) != nullptr;
+    if (!userPressAt(x, y)) return false;
+    if (onAppointment) fromUser([&] { raise(DblClick, index_); });
+    return true;
+}
+
+bool PVDayView::clickSlot(OleDate t, std::pair<int, int> point, bool right) {
     takeFocus();
-    pressButton(right, *point);
+    pressButton(right, point);
     if (right) return true;
     // The slot is taken at the view's Increments as they stand after the handlers.
     selectSlotOnly(t);
@@ -41,12 +65,9 @@ bool PVDayView::userClickAt(OleDate t, bool right) {
     return true;
 }
 
-bool PVDayView::userClickOn(std::int32_t key, bool right) {
-    const auto point = pointOfAppointment(key);
-    if (!point) return false;
-    const AppointmentRef app = set_.Item(key);
+bool PVDayView::clickAppointment(const AppointmentRef& app, std::pair<int, int> point, bool right) {
     takeFocus();
-    pressButton(right, *point);
+    pressButton(right, point);
     if (right) return true;
     // The set as the handlers left it: an appointment they took out of it is not
     // selected again, and one they added loses its selection like any other.

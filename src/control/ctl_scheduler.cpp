@@ -215,6 +215,7 @@ void ctlScheduler::designWidgets() {
         button.toolTipText = b.toolTip;
     }
     designFields(w_);
+    placeFormWidgets();
     designMenus();
 }
 

@@ -120,7 +120,8 @@ TEST_F(DayViewTest, PropertiesCellsAndFailures) {
 }
 
 TEST_F(DayViewTest, GeometryAndHitTest) {
-    // 1440 x 7020 twips: 96 pixels wide (appointments 0..71, free strip 72..95), 23 rows of 20 pixels.
+    // 1440 x 7020 twips: 96 pixels wide (ruler 0..39, appointments 40..81, free strip 82..95), 23 rows
+    // of 20 pixels. Overlapping appointments take lanes: two share 40..60 and 61..81.
     AppointmentSet& set = view.appointmentSet();
     set.Add("nine", at(9, 0), at(10, 0));
     set.Add("early", at(7, 0), at(9, 0));
@@ -136,15 +137,15 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
         std::int32_t key;
         Point app;
     } cases[] = {
-        {1, 8, 0, at(9, 30), {{84, 70}}, 1, {{36, 60}}},
-        {1, 8, 0, at(7, 59), std::nullopt, 2, {{36, 20}}},
-        {1, 8, 0, at(19, 29), {{84, 450}}, 3, std::nullopt},
+        {1, 8, 0, at(9, 30), {{89, 70}}, 1, {{50, 60}}}, // "nine" shares its rows with "overlap"
+        {1, 8, 0, at(7, 59), std::nullopt, 2, {{61, 20}}},
+        {1, 8, 0, at(19, 29), {{89, 450}}, 3, std::nullopt},
         {1, 8, 0, at(19, 30), std::nullopt, 4, std::nullopt},
-        {1, 8, 0, at(12, 0), {{84, 170}}, 5, std::nullopt},
-        {1, 8, 0, at(12, 0), {{84, 170}}, 6, {{36, 430}}},
-        {0, 8, 40, at(9, 59), {{84, 30}}, 1, {{36, 30}}},
-        {4, 8, 0, at(8, 7), {{84, 30}}, 7, {{36, 390}}},
-        {0, 22, 0, at(23, 59), {{84, 30}}, 6, {{36, 20}}}, // the grid ends at midnight
+        {1, 8, 0, at(12, 0), {{89, 170}}, 5, std::nullopt},
+        {1, 8, 0, at(12, 0), {{89, 170}}, 6, {{50, 430}}},
+        {0, 8, 40, at(9, 59), {{89, 30}}, 1, {{50, 30}}},
+        {4, 8, 0, at(8, 7), {{89, 30}}, 7, {{71, 390}}},
+        {0, 22, 0, at(23, 59), {{89, 30}}, 6, {{50, 20}}}, // the grid ends at midnight
     };
     for (const Case& c : cases) {
         view.setIncrements(c.increments);
@@ -155,12 +156,18 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     view.setIncrements(1);
     view.setTopIndex(makeTime(8, 0, 0));
     auto hit = [&](int x, int y) { return set.HitTest(x, y) ? set.HitTest(x, y)->Key() : 0; };
-    const std::vector<std::pair<int, int>> hits{{0, 40},  {71, 79},  {72, 60},  {36, 80}, {36, 39},
-                                                {36, 65}, {36, 459}, {36, 460}, {-1, 40}};
+    const std::vector<std::pair<int, int>> hits{{40, 40}, {60, 79}, {70, 79}, {82, 60}, {50, 80}, {50, 39},
+                                                {70, 65}, {50, 65}, {50, 459}, {50, 460}, {39, 40}, {-1, 40}};
     std::vector<int> found;
     for (const auto& [x, y] : hits)
         found.push_back(hit(x, y));
-    EXPECT_EQ(found, (std::vector<int>{1, 1, 0, 0, 2, 1, 6, 0, 0})); // set order wins at (36, 65)
+    // Each overlapping appointment is found in its own lane, and keeps the lane
+    // where its partner has ended.
+    EXPECT_EQ(found, (std::vector<int>{1, 1, 0, 0, 0, 2, 7, 1, 6, 0, 0, 0}));
+    for (const std::int32_t key : {1, 2, 6, 7}) {
+        const auto p = view.pointOfAppointment(key);
+        EXPECT_EQ(hit(p->first, p->second), key) << "the point of an appointment finds it again";
+    }
 
     view.Width = 0, view.Height = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(view.visibleRows(), 0);
@@ -218,13 +225,13 @@ TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     view.appointmentSet().Add("b", at(11, 0), at(11, 30))->setSelected(true);
     EXPECT_EQ(took(view.userClickAt(at(9, 40))),
-              "GotFocus(2) MouseButton(2,1,0,1260,1050) TimeSlotSelect(2,1/15/2008 9:30:00 AM) Click(2)");
-    EXPECT_EQ(took(view.userClickAt(at(12, 0), true)), "MouseButton(2,2,0,1260,2550)");
+              "GotFocus(2) MouseButton(2,1,0,1335,1050) TimeSlotSelect(2,1/15/2008 9:30:00 AM) Click(2)");
+    EXPECT_EQ(took(view.userClickAt(at(12, 0), true)), "MouseButton(2,2,0,1335,2550)");
     EXPECT_EQ(selectedSlots(), "09:30 ");
-    EXPECT_EQ(took(view.userClickOn(1)), "MouseButton(2,1,0,540,900) Click(2)");
-    EXPECT_EQ(took(view.userClickOn(2, true)), "MouseButton(2,2,0,540,1950)");
+    EXPECT_EQ(took(view.userClickOn(1)), "MouseButton(2,1,0,915,900) Click(2)");
+    EXPECT_EQ(took(view.userClickOn(2, true)), "MouseButton(2,2,0,915,1950)");
     EXPECT_EQ(keys(view), "1:a* 2:b ");
-    EXPECT_EQ(took(view.userDblClickOn(2)), "MouseButton(2,1,0,540,1950) Click(2) DblClick(2)");
+    EXPECT_EQ(took(view.userDblClickOn(2)), "MouseButton(2,1,0,915,1950) Click(2) DblClick(2)");
     EXPECT_EQ(keys(view), "1:a 2:b* ");
     view.userSlot(makeTime(14, 10, 0));
     EXPECT_EQ(took(true), "TimeSlotSelect(2,1/15/2008 2:00:00 PM)");

@@ -94,9 +94,11 @@ inline constexpr std::array<int, 5> kIncrementMinutes = {60, 30, 15, 10, 5};
 
 class PVDayView : public Object {
 public:
-    // Pixels of one row of the grid, and of the time ruler at its left.
+    // Pixels of one row of the grid, of the time ruler at its left, and of the
+    // band at an appointment's bottom where a press takes its edge to resize it.
     static constexpr int kRowPixels = 20;
-    static constexpr int kRulerPixels = 0;
+    static constexpr int kRulerPixels = 40;
+    static constexpr int kResizeEdgePixels = 4;
     static constexpr std::int32_t kDefaultDayBackColor = 16777215;     // white
     static constexpr std::int32_t kDefaultAppointmentColor = 14737632; // light grey
 
@@ -169,6 +171,50 @@ public:
 
     // Geometry, in the view's pixels (15 twips each, whatever the screen).
     int visibleRows() const;
+    // The rows shown: from TopIndex down, no further than the day's end.
+    int gridRows() const;
+    int pixelWidth() const { return pixelsOf(Width); }
+    // x range of the appointments, end excluded; the free strip of the slots lies right of it.
+    std::pair<int, int> appointmentColumns() const;
+
+    // An appointment as drawn: its rectangle, end excluded, clipped to the rows
+    // shown. Overlapping appointments share the width side by side, each in its
+    // lane; the lanes follow the whole day, so scrolling does not reorder them.
+    struct Box {
+        AppointmentRef app;
+        int left, top, right, bottom;
+        bool endShown; // the bottom edge is the appointment's end, not the grid's
+    };
+    std::vector<Box> appointmentBoxes() const;
+    // Pixel row of a time of day, from the top of the grid; negative above it.
+    // Rows of a slot are spread evenly over its minutes.
+    int pixelOfMinute(int minuteOfDay) const;
+    // The time of day at a pixel row, on the view's date, to the minute; none
+    // outside the rows shown.
+    std::optional<OleDate> timeAtPixel(int y) const;
+    // The start of the slot whose row holds pixel row y.
+    std::optional<OleDate> slotAtPixel(int y) const;
+    // The appointment whose bottom edge lies under a point, to be resized there.
+    AppointmentRef resizeEdgeAt(int x, int y) const;
+    // Where a resize with the pointer at row y would end the appointment: the
+    // nearest slot boundary, at least one slot after its start and no lower
+    // than the start of the last row shown. None when it cannot be resized.
+    std::optional<OleDate> resizeEndAt(std::int32_t key, int y) const;
+    // Minutes from an appointment's start to the point where the user took it.
+    std::optional<int> grabMinutes(std::int32_t key, int y) const;
+    // Where an appointment taken `grab` minutes below its start lands when the
+    // pointer is at row y of this view: the nearest slot start, kept within the
+    // rows shown. None when no row is shown.
+    std::optional<OleDate> dropStartAt(int y, int grab) const;
+    // The first selected slot of the day, if any.
+    std::optional<OleDate> selectedSlot() const;
+    // TopIndex after scrolling by `rows` rows of the grid, within the day, on the
+    // view's date; none when it would not move.
+    std::optional<OleDate> topAfterScroll(int rows) const;
+    // The slots of the day, as rows a scroll bar counts: the first row shown and
+    // the last row that can stand at the top.
+    int topRow() const { return topMinute() / slotMinutes(); }
+    int lastTopRow() const;
     // The pixel point a gesture aims at: the centre of an appointment's rectangle,
     // or the free strip beside the appointments on the row of a time. None when
     // the target is outside the visible grid.
@@ -180,6 +226,13 @@ public:
     // does; a gesture on something that is not there returns false and does nothing.
     bool userClickAt(OleDate t, bool right = false);
     bool userClickOn(std::int32_t key, bool right = false);
+    // A press at a pixel point, as a window delivers it: on an appointment it is
+    // a click on that appointment, on a free part a click on the slot of its row.
+    // MouseButton carries the point itself.
+    bool userPressAt(int x, int y, bool right = false);
+    // A double click at a point: on an appointment, its click and then DblClick;
+    // on a free part only the click of the slot.
+    bool userDblClickAt(int x, int y);
     bool userDblClickOn(std::int32_t key);
     void userSlot(OleDate t);
     bool userType(OleDate t, std::string text);
@@ -223,8 +276,11 @@ private:
     int slotStartMinute(OleDate t) const;
     OleDate slotStartOnCurrentDate(OleDate t) const;
     int topMinute() const;
-    int gridBottom() const;                         // pixels of the rows shown, from y = 0
-    std::pair<int, int> appointmentColumns() const; // x range of the appointments, end excluded
+    int gridBottom() const; // pixels of the rows shown, from y = 0
+    // The two kinds of click, at the point a gesture aims at.
+    bool clickSlot(OleDate t, std::pair<int, int> point, bool right);
+    bool clickAppointment(const AppointmentRef& app, std::pair<int, int> point, bool right);
+    const Box* boxOf(const std::vector<Box>& boxes, std::int32_t key) const;
     // Minutes from the top row to the start and end of a drawn appointment.
     std::optional<std::pair<std::int64_t, std::int64_t>> spanOf(const Appointment& app) const;
     void raiseWithUndo(std::function<void()> record, const std::function<void()>& fire);

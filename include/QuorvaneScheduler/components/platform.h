@@ -54,7 +54,16 @@ struct Screen {
 class Container {
 public:
     bool enabled() const { return enabled_; }
-    void setEnabled(bool on) { enabled_ = on; }
+    void setEnabled(bool on) {
+        const bool changed = on != enabled_;
+        enabled_ = on;
+        if (changed && onEnabledChanged) {
+            const std::function<void(bool)> hook = onEnabledChanged;
+            hook(on);
+        }
+    }
+    // Hooked by the window, which greys the control out while it is disabled.
+    std::function<void(bool)> onEnabledChanged;
 
     const std::string& activeControl() const { return active_; }
     void setActiveControl(std::string name) { active_ = std::move(name); }

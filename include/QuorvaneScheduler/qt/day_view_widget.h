@@ -1,0 +1,99 @@
+#pragma once
+// A day view painted from its model, and the painting itself, which the week
+// form and the benchmarks share. The widget works in the view's own pixels (15
+// twips each) and lets Qt scale them to the screen and its device pixel ratio.
+
+// moc reads what a header includes and cannot parse the standard library's
+// concepts, which the control's headers bring in; it needs none of their names.
+#ifndef Q_MOC_RUN
+#include <QuorvaneScheduler/components/day_view.h>
+#endif
+
+#include <QColor>
+#include <QPointer>
+#include <QTime>
+#include <QWidget>
+
+#include <optional>
+
+#include <QLineEdit>
+class QPainter;
+class QScrollBar;
+
+namespace quorvane {
+
+class SchedulerWidget;
+
+// What a painting shows besides the model: a drop or a new end being dragged,
+// and the current time on today's date.
+struct DayViewDecor {
+    struct Preview {
+        OleDate start, end;
+        QString text;
+        QColor color;
+    };
+    std::optional<Preview> preview;
+    std::optional<int> nowMinute; // minute of the day, when the view shows today
+};
+
+// Paints a view at its own pixel size, from its top left corner.
+void paintDayView(QPainter& painter, const PVDayView& view, const DayViewDecor& decor);
+
+// A colour value of the platform (red + 256 green + 65536 blue, or a system colour).
+QColor qColorOf(std::int32_t value);
+
+class DayViewWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent);
+
+    PVDayView& view() const { return *view_; }
+    // A point of the widget in the view's pixels, and back.
+    QPoint toView(const QPointF& p) const;
+    QPoint fromView(QPoint viewPoint) const;
+    // The drop or the new end shown while a drag runs; none clears it.
+    void setPreview(std::optional<DayViewDecor::Preview> preview);
+    // The slot editor a typed character opened, while it is open.
+    QLineEdit* slotEditor() const { return editor_; }
+    // Reads TopIndex and the slot length into the scroll bar.
+    void syncScrollBar();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    enum class Mode { None, Pressed, Dragging, Resizing };
+    void dragTo(const QPointF& pos);
+    void finishGesture();
+    void openEditor(const QString& typed, OleDate slot);
+    void commitEditor();
+    void scrollRows(int rows);
+    double scaleX() const;
+    double scaleY() const;
+
+    SchedulerWidget& owner_;
+    DayViewRef view_;
+    QScrollBar* scroll_ = nullptr;
+    std::optional<DayViewDecor::Preview> preview_;
+    QPointer<QLineEdit> editor_;
+    OleDate editorSlot_;
+
+    Mode mode_ = Mode::None;
+    std::int32_t key_ = 0; // the appointment pressed on
+    int grab_ = 0;         // minutes below its start where it was taken
+    QPoint pressPos_;
+    OleDate resizeEnd_;
+    QPointer<DayViewWidget> dropTarget_;
+    std::optional<OleDate> dropStart_;
+};
+
+} // namespace quorvane

@@ -1,0 +1,288 @@
+// The mouse and the keys on a painted day view. Each finished gesture is one
+// call of the model's gesture functions, the ones the host console plays; what
+// this file decides is only which gesture the pointer made (a press, a drag
+// past the start distance, a pull on the bottom edge), and what to show while
+// it runs.
+
+#include <QuorvaneScheduler/qt/day_view_widget.h>
+#include <QuorvaneScheduler/qt/scheduler_widget.h>
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace quorvane {
+
+namespace {
+
+constexpr int kWheelRows = 3;       // rows a notch of the wheel moves the grid
+constexpr int kScrollBarWidth = 14; // in the widget's pixels
+
+// The slot editor: Return keeps what was typed, Escape drops it.
+class SlotEditor : public QLineEdit {
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Escape) {
+            deleteLater();
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+    }
+};
+
+QString appointmentTip(const Appointment& app) {
+    return QString::fromStdString(app.Text) + QLatin1Char('\n') +
+           QString::fromStdString(shortTimeText(app.StartDateTime)) + QStringLiteral(" - ") +
+           QString::fromStdString(shortTimeText(app.EndDateTime));
+}
+
+} // namespace
+
+DayViewWidget::DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent)
+    : QWidget(parent), owner_(owner), view_(std::move(view)) {
+    setObjectName(QString::fromStdString(view_->focusName()));
+    setFocusPolicy(Qt::ClickFocus);
+    setMouseTracking(false);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    scroll_ = new QScrollBar(Qt::Vertical, this);
+    scroll_->setObjectName(QStringLiteral("topIndexScroll"));
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    connect(scroll_, &QScrollBar::valueChanged, this, [this](int row) {
+        if (!owner_.syncing_) scrollRows(row - view_->topRow());
+    });
+}
+
+double DayViewWidget::scaleX() const { return 15.0 / owner_.platform().screen.twipsPerPixelX; }
+double DayViewWidget::scaleY() const { return 15.0 / owner_.platform().screen.twipsPerPixelY; }
+
+QPoint DayViewWidget::toView(const QPointF& p) const {
+    return QPoint(static_cast<int>(std::floor(p.x() / scaleX())),
+                  static_cast<int>(std::floor(p.y() / scaleY())));
+}
+
+QPoint DayViewWidget::fromView(QPoint v) const {
+    return QPoint(static_cast<int>(std::lround(v.x() * scaleX())),
+                  static_cast<int>(std::lround(v.y() * scaleY())));
+}
+
+void DayViewWidget::setPreview(std::optional<DayViewDecor::Preview> preview) {
+    preview_ = std::move(preview);
+    update();
+}
+
+void DayViewWidget::syncScrollBar() {
+    const QSignalBlocker block(scroll_);
+    scroll_->setRange(0, std::max(view_->lastTopRow(), view_->topRow()));
+    scroll_->setPageStep(std::max(view_->visibleRows(), 1));
+    scroll_->setValue(view_->topRow());
+}
+
+void DayViewWidget::resizeEvent(QResizeEvent*) {
+    scroll_->setGeometry(width() - kScrollBarWidth, 0, kScrollBarWidth, height());
+}
+
+void DayViewWidget::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.scale(scaleX(), scaleY());
+    DayViewDecor decor;
+    decor.preview = preview_;
+    if (view_->CurrentDate() == owner_.platform().clock.today()) {
+        const QTime now = owner_.timeOfDay();
+        decor.nowMinute = now.hour() * 60 + now.minute();
+    }
+    paintDayView(p, *view_, decor);
+}
+
+void DayViewWidget::mousePressEvent(QMouseEvent* event) {
+    if (editor_) commitEditor();
+    const QPoint v = toView(event->position());
+    owner_.lastPressGlobal_ = event->globalPosition().toPoint();
+    mode_ = Mode::None;
+    if (event->button() == Qt::RightButton) {
+        owner_.runGesture([&] { view_->userPressAt(v.x(), v.y(), true); });
+        return;
+    }
+    if (event->button() != Qt::LeftButton) return;
+    // What lies under the pointer is read before the press: its handlers may
+    // change the set, and the drag or resize then holds the appointment by key.
+    const AppointmentRef edge = view_->resizeEdgeAt(v.x(), v.y());
+    const AppointmentRef hit = view_->appointmentSet().HitTest(v.x(), v.y());
+    const std::optional<int> grab = hit ? view_->grabMinutes(hit->Key(), v.y()) : std::nullopt;
+    owner_.runGesture([&] { view_->userPressAt(v.x(), v.y()); });
+    if (edge && edge->view() == view_.get()) {
+        mode_ = Mode::Resizing;
+        key_ = edge->Key();
+        resizeEnd_ = edge->EndDateTime;
+    } else if (hit && grab && hit->view() == view_.get()) {
+        mode_ = Mode::Pressed;
+        key_ = hit->Key();
+        grab_ = *grab;
+        pressPos_ = event->position().toPoint();
+    }
+}
+
+void DayViewWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (mode_ == Mode::Pressed &&
+        (event->position().toPoint() - pressPos_).manhattanLength() >= QApplication::startDragDistance())
+        mode_ = Mode::Dragging;
+    if (mode_ == Mode::Dragging) dragTo(event->position());
+    if (mode_ == Mode::Resizing) {
+        const AppointmentRef app = view_->appointmentSet().Item(key_);
+        const auto end = app ? view_->resizeEndAt(key_, toView(event->position()).y()) : std::nullopt;
+        if (!end) return;
+        resizeEnd_ = *end;
+        setPreview(DayViewDecor::Preview{app->StartDateTime, *end, QString::fromStdString(app->Text),
+                                         qColorOf(app->BackColor)});
+    }
+}
+
+void DayViewWidget::dragTo(const QPointF& pos) {
+    const AppointmentRef app = view_->appointmentSet().Item(key_);
+    const QPoint global = mapToGlobal(pos.toPoint());
+    DayViewWidget* target = app ? owner_.dayViewAt(global) : nullptr;
+    if (dropTarget_ && dropTarget_ != target) dropTarget_->setPreview(std::nullopt);
+    dropTarget_ = target;
+    dropStart_.reset();
+    if (!target) return;
+    const QPoint tv = target->toView(target->mapFromGlobal(QPointF(global)));
+    dropStart_ = target->view().dropStartAt(tv.y(), grab_);
+    if (!dropStart_) return;
+    const OleDate end = addMinutes(*dropStart_, minutesBetween(app->StartDateTime, app->EndDateTime));
+    target->setPreview(
+        DayViewDecor::Preview{*dropStart_, end, QString::fromStdString(app->Text), qColorOf(app->BackColor)});
+}
+
+void DayViewWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    finishGesture();
+}
+
+void DayViewWidget::finishGesture() {
+    const Mode mode = mode_;
+    mode_ = Mode::None;
+    if (mode == Mode::Dragging) {
+        QPointer<DayViewWidget> target = dropTarget_;
+        dropTarget_ = nullptr;
+        if (target) target->setPreview(std::nullopt);
+        const AppointmentRef app = view_->appointmentSet().Item(key_);
+        if (!target || !dropStart_ || !app) return;
+        // Dropped where it stood: no move.
+        if (target == this && *dropStart_ == app->StartDateTime) return;
+        const OleDate start = *dropStart_;
+        owner_.runGesture([&] { view_->userDrag(key_, target->view(), start); });
+    } else if (mode == Mode::Resizing) {
+        setPreview(std::nullopt);
+        const AppointmentRef app = view_->appointmentSet().Item(key_);
+        if (!app || resizeEnd_ == app->EndDateTime) return;
+        const OleDate end = resizeEnd_;
+        owner_.runGesture([&] { view_->userResize(key_, end); });
+    }
+}
+
+void DayViewWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    const QPoint v = toView(event->position());
+    owner_.lastPressGlobal_ = event->globalPosition().toPoint();
+    mode_ = Mode::None;
+    owner_.runGesture([&] { view_->userDblClickAt(v.x(), v.y()); });
+}
+
+void DayViewWidget::wheelEvent(QWheelEvent* event) {
+    const int notches = event->angleDelta().y() / 120;
+    if (notches != 0) scrollRows(-notches * kWheelRows);
+    event->accept();
+}
+
+void DayViewWidget::scrollRows(int rows) {
+    const std::optional<OleDate> top = view_->topAfterScroll(rows);
+    if (top)
+        owner_.runGesture([&] { view_->userScroll(*top); });
+    else
+        syncScrollBar();
+}
+
+void DayViewWidget::keyPressEvent(QKeyEvent* event) {
+    // Keys that reach the view while its slot editor is open belong to the editor.
+    if (editor_) {
+        QApplication::sendEvent(editor_, event);
+        return;
+    }
+    if (event->key() == Qt::Key_Delete) {
+        if (const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment()) {
+            const std::int32_t key = app->Key();
+            owner_.runGesture([&] { view_->userDelete(key); });
+        }
+        return;
+    }
+    const QString typed = event->text();
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (plain && !typed.isEmpty() && typed.at(0).isPrint()) {
+        const std::optional<OleDate> slot = view_->selectedSlot();
+        if (slot && view_->pointOfTime(*slot)) {
+            openEditor(typed, *slot);
+            return;
+        }
+    }
+    QWidget::keyPressEvent(event);
+}
+
+// The editor covers the slot's row beside the ruler; what it holds becomes the
+// appointment's text when the user keeps it.
+void DayViewWidget::openEditor(const QString& typed, OleDate slot) {
+    auto* editor = new SlotEditor(this);
+    editor->setObjectName(QStringLiteral("slotEditor"));
+    editor->setText(typed);
+    const int y = view_->pixelOfMinute(minuteOfDay(slot));
+    const auto [left, right] = view_->appointmentColumns();
+    const QPoint topLeft = fromView({left, y});
+    const QPoint bottomRight = fromView({right, y + PVDayView::kRowPixels});
+    editor->setGeometry(QRect(topLeft, bottomRight).adjusted(0, 0, -1, -1));
+    connect(editor, &QLineEdit::returnPressed, this, [this] { commitEditor(); });
+    editor_ = editor;
+    editorSlot_ = slot;
+    editor->show();
+    editor->setFocus();
+}
+
+void DayViewWidget::commitEditor() {
+    if (!editor_) return;
+    const std::string text = editor_->text().toStdString();
+    editor_->deleteLater();
+    editor_ = nullptr;
+    setFocus();
+    const OleDate slot = editorSlot_;
+    owner_.runGesture([&] { view_->userType(slot, text); });
+}
+
+bool DayViewWidget::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        auto* help = static_cast<QHelpEvent*>(event);
+        const QPoint v = toView(help->pos());
+        if (const AppointmentRef app = view_->appointmentSet().HitTest(v.x(), v.y()))
+            QToolTip::showText(help->globalPos(), appointmentTip(*app), this);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+        // A busy phase began in the middle of a gesture: what the pointer was
+        // doing ends with it.
+        mode_ = Mode::None;
+        if (dropTarget_) dropTarget_->setPreview(std::nullopt);
+        setPreview(std::nullopt);
+    }
+    return QWidget::event(event);
+}
+
+} // namespace quorvane
