@@ -38,9 +38,13 @@ TEST_F(TemplateTest, ColourStringsReadRedGreenBlue) {
     };
     const Row rows[] = {
         {"C0C000", kBare, "C0C000"},
+        {"#c0c000", kBare, "c0c000"},
+        {"#C0C000FFEE", kBare, "C0C000FFEE"},
+        {"#000001", 65536, "000001"},
         {"#12345", 0x12 + 256 * 0x34 + 65536 * 5, "12345"},
         {"##C0C000", std::nullopt, "#C0C000"},
         {"#C0C0", std::nullopt, "C0C0"},
+        {"#GG0000", std::nullopt, "GG0000"},
         {"#", std::nullopt, ""},
         {"", std::nullopt, ""},
     };
@@ -178,6 +182,27 @@ TEST_F(TemplateTest, ReplayPaintsTheStoreAgainInItsOrder) {
         EXPECT_EQ(cell(1, 1, 0), Variant(at(11, 0)));
         EXPECT_EQ(cell(1, 3, 1), Variant("#00FF00"));
     }
+}
+
+// A column holds 101 templates. The 102nd is refused before anything is written:
+// the store, the count and the grid stay as the 101st left them, and the other
+// columns keep their own stores.
+TEST_F(TemplateTest, TheHundredAndSecondTemplateIsRefused) {
+    for (int i = 1; i <= kTemplatesPerColumn; ++i)
+        control->AddResourceTemplate(at(8, 0), at(9, 0), "Block " + std::to_string(i), "#FF0000", "4", "N");
+    EXPECT_EQ(count(3), 101);
+    EXPECT_EQ(failureOf([&] {
+                  control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 102", "#00FF00", "4", "Y");
+              }),
+              ErrorKind::SubscriptOutOfRange);
+    EXPECT_EQ(count(3), 101);
+    EXPECT_EQ(cell(3, 2, 100), Variant("Block 101"));
+    EXPECT_EQ(cell(3, 0, 100), Variant(at(8, 0)));
+    EXPECT_EQ(view(3).TimeSlotColor(at(9, 0)), view(3).DayBackColor()) << "nothing painted";
+    EXPECT_EQ(view(3).Increments(), 1);
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 1", "#00FF00", "5", "Y");
+    EXPECT_EQ(count(4), 1);
+    EXPECT_EQ(view(4).TimeSlotColor(at(9, 0)), kGreen);
 }
 
 TEST_F(TemplateTest, ReplayStopsAtAStoredColourThatDoesNotConvert) {

@@ -222,19 +222,30 @@ TEST_F(TimeSlotTest, ViewsOutsideTheColumnsUseTheSpareEntries) {
     }
 }
 
-// An appointment where a day view belongs fails before any column is touched.
+// Through the member table a day view argument must be a day view: Nothing is
+// an ObjectRequired, another object or a text a TypeMismatch, and the call fails
+// before any column is touched.
 TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
     setColours();
     control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "5");
     view(0).userSlot(at(9, 0));
+    const std::pair<Variant, ErrorKind> rows[] = {
+        {Variant(ObjectRef(set(0).FirstAppointment())), ErrorKind::TypeMismatch},
+        {Variant(ObjectRef()), ErrorKind::ObjectRequired},
+        {Variant("1"), ErrorKind::TypeMismatch}};
     for (const char* name : {"getSelectedTimeSlot", "RemoveTimeSlotSelected", "IntervalInMinutes"}) {
-        std::vector<Variant> args{Variant(ObjectRef(set(0).FirstAppointment()))};
-        EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
-                  ErrorKind::TypeMismatch)
-            << name;
+        for (const auto& [argument, kind] : rows) {
+            std::vector<Variant> args{argument};
+            EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
+                      kind)
+                << name << " " << int(kind);
+        }
     }
     EXPECT_EQ(entries(), "1@9:00:00 AM");
     EXPECT_TRUE(view(0).TimeSlotSelected(at(9, 0)));
+    std::vector<Variant> tenth{Variant(ObjectRef(control->widgets().dvwResource[9]))};
+    EXPECT_EQ(invokeMember(*control, *findMember("IntervalInMinutes", MemberKind::Method), tenth),
+              Variant(std::int16_t(30)));
 }
 
 } // namespace
