@@ -95,6 +95,8 @@ TEST_F(CatalogueTest, EachSetterReportsUnderItsOwnNameBeforeItParses) {
         {&ctlScheduler::setResourceGroupViews, "ResourceGroupViews", "10~Main Office~2~4", {}},
         {&ctlScheduler::setResourceGroupViews, "ResourceGroupViews", "", ErrorKind::SubscriptOutOfRange},
         {&ctlScheduler::setResourceGroupDefaults, "ResourceGroupDefaults", "10~Main Office~501~1", {}},
+        {&ctlScheduler::setResourceGroupDefaults, "ResourceGroupDefaults", "",
+         ErrorKind::SubscriptOutOfRange},
         {&ctlScheduler::setResourceGroupDefaults, "ResourceGroupDefaults", "10~Main Office~501",
          ErrorKind::SubscriptOutOfRange},
         {&ctlScheduler::setResourceGroups, "ResourceGroups", kGroups, {}},
@@ -144,6 +146,12 @@ TEST_F(CatalogueTest, GroupListHasOneItemPerRunAndSelectsTheLastFlaggedGroup) {
         EXPECT_EQ(clicks, c.clicks);
         EXPECT_EQ(w().cmbResourceGroup.text(), c.clicks.empty() ? "" : c.clicks.back());
     }
+    // The list is never emptied: the same groups again list their items twice.
+    fresh();
+    control->setResourceGroups(kGroups);
+    control->setResourceGroups(kGroups);
+    EXPECT_EQ(itemsOf(w().cmbResourceGroup), (Items{"Main Office", "Annex", "Main Office", "Annex"}));
+    EXPECT_EQ(clicks, (Items{"Main Office", "Main Office"}));
 }
 
 TEST_F(CatalogueTest, EmptyGroupsHideTheScrollBarAndTellTheUser) {
