@@ -5,36 +5,6 @@ using quorvane::test::ControlFixture;
 
 using AppointmentTest = ControlFixture;
 
-TEST_F(AppointmentTest, SetAppIdNamesTheBookingByKey) {
-    setColours();
-    control->AddAppointment("3", "First", at(8, 0), at(8, 30), "1", "Scheduled", "9", "2");
-    const AppointmentRef booking = set(2).Add("Walk-in", at(10, 0), at(10, 30));
-    const std::int32_t colour = booking->BackColor;
-    EXPECT_EQ(booking->Tag, "");
-    EXPECT_EQ(control->GetStatus(booking), "");
-
-    control->SetAppId("3", "1204", booking->Key(), "5531");
-    EXPECT_EQ(booking->Tag, "1204~~5531");
-    EXPECT_EQ(booking->Text, "Walk-in");
-    EXPECT_EQ(booking->BackColor, colour) << "naming gives no colour";
-    EXPECT_EQ(set(2).FirstAppointment()->Tag, "1~9~2");
-    EXPECT_EQ(control->state().strCurrentAppId, "1204");
-
-    // A recurring appointment named again loses its recurrence id, not its suffix.
-    const AppointmentRef first = set(2).FirstAppointment();
-    control->SetAppId("3", "77", first->Key(), "2");
-    EXPECT_EQ(first->Tag, "77~~2");
-    EXPECT_EQ(first->Text, "First (R)");
-
-    control->SetAppId("3", "999", 4242, "1");
-    EXPECT_EQ(control->state().strCurrentAppId, "999") << "replaced even without a match";
-    EXPECT_EQ(booking->Tag, "1204~~5531");
-
-    EXPECT_THROW(control->SetAppId("0", "5", 1, "1"), SubscriptOutOfRange);
-    EXPECT_EQ(control->state().strCurrentAppId, "999")
-        << "a call with no column fails before the id is stored";
-}
-
 TEST_F(AppointmentTest, AppointmentOutlivesItsSet) {
     setColours();
     control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "2");
