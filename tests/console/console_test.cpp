@@ -111,8 +111,7 @@ TEST(ConsoleRun, ScriptErrorStopsWithNameAndLine) {
     EXPECT_EQ(r.status, 2);
     EXPECT_EQ(r.err, "s.host:4: 'Nonesuch' names nothing\n");
     EXPECT_EQ(r.out, "> get ResourceNumber\n= \"1\"\n> get Nonesuch\n") << "nothing further runs";
-    EXPECT_EQ(runScript("call Schedulapp").err,
-              "s.host:1: unknown method 'Schedulapp' (did you mean ScheduleApp?)\n");
+    EXPECT_EQ(runScript("call Schedulapp").err, "s.host:1: unknown method 'Schedulapp' (did you mean ScheduleApp?)\n");
     EXPECT_EQ(runScript("once AddApptWithPatent call FocusControl").err,
               "s.host:1: unknown event 'AddApptWithPatent' (did you mean AddApptWithPatient?)\n");
 
@@ -135,11 +134,9 @@ TEST(ConsoleRun, ScriptErrorStopsWithNameAndLine) {
 
 // Only what the open menu shows can be picked, and never one of its lines.
 TEST(ConsoleRun, MenuPicksOnlyWhatTheOpenMenuShows) {
-    const std::string open =
-        "set ResourceGroupViews = \"1~M~1~1\"\nset ResourceGroupDefaults = \"1~M~5~1\"\n"
-        "set ResourceGroups = \"1~M~Y~5~R~C~S\"\nuser rightclick dvwResource(0) at #8:00 AM#\n";
-    for (const char* pick :
-         {"mnoDeleteApp", "mnoLine1", "mnoSchedulePatientType(1)", "mnoSchedulePatientType(51)"}) {
+    const std::string open = "set ResourceGroupViews = \"1~M~1~1\"\nset ResourceGroupDefaults = \"1~M~5~1\"\n"
+                             "set ResourceGroups = \"1~M~Y~5~R~C~S\"\nuser rightclick dvwResource(0) at #8:00 AM#\n";
+    for (const char* pick : {"mnoDeleteApp", "mnoLine1", "mnoSchedulePatientType(1)", "mnoSchedulePatientType(51)"}) {
         const ScriptRun r = runScript(open + "user menu " + pick + "\n");
         EXPECT_EQ(r.status, 2) << pick;
         EXPECT_EQ(r.err.rfind("s.host:5: ", 0), 0u) << pick << " -> " << r.err;

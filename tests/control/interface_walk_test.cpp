@@ -18,68 +18,27 @@ enum Access { Read = 1, Write = 2, Both = 3 };
 
 std::vector<std::pair<std::string, Access>> interfaceProperties() {
     std::vector<std::pair<std::string, Access>> p;
-    for (const char* n : {"ccCancelled",
-                          "ccConfirmed",
-                          "ccCheckedIn",
-                          "ccCheckedOut",
-                          "ccNoShow",
-                          "ccScheduled",
-                          "intResourceCount",
-                          "PhotoServerUsed",
-                          "PhotoServerPath",
-                          "PhotoImageId",
-                          "PhotoSaveLoc",
-                          "PatEID",
-                          "AppPatEID",
-                          "AppStatus",
-                          "AppComments",
-                          "AppChiefComplaint",
-                          "AppRefProvider",
-                          "AppPriorAuthNum",
-                          "AppRefProviderEID",
-                          "PatName",
-                          "PatHomePhone",
-                          "PatHomePhoneExt",
-                          "PatWorkPhone",
-                          "PatWorkPhoneExt",
-                          "PatOtherPhone",
-                          "PatOtherPhoneExt",
-                          "PatPriIns",
-                          "PatSecIns",
-                          "PatChartNumber",
-                          "PatPCP",
-                          "PatBalance30",
-                          "PatBalance60",
-                          "PatBalance90",
-                          "PatBalance180",
-                          "PatSex",
-                          "PatDOB",
-                          "PatDOD",
-                          "PatPrimaryCoPay",
-                          "PatPrimaryActive",
-                          "PatSecondaryActive",
-                          "PatSecondaryCoPay",
-                          "AppStartDateTime",
-                          "AppEndDateTime",
-                          "AppDescription",
-                          "AppAppointmentId",
-                          "AppRecurrenceId",
-                          "AppKey",
-                          "UserControlEnabled",
+    for (const char* n : {"ccCancelled", "ccConfirmed", "ccCheckedIn", "ccCheckedOut", "ccNoShow", "ccScheduled",
+                          "intResourceCount", "PhotoServerUsed", "PhotoServerPath", "PhotoImageId", "PhotoSaveLoc",
+                          "PatEID", "AppPatEID", "AppStatus", "AppComments", "AppChiefComplaint", "AppRefProvider",
+                          "AppPriorAuthNum", "AppRefProviderEID", "PatName", "PatHomePhone", "PatHomePhoneExt",
+                          "PatWorkPhone", "PatWorkPhoneExt", "PatOtherPhone", "PatOtherPhoneExt", "PatPriIns",
+                          "PatSecIns", "PatChartNumber", "PatPCP", "PatBalance30", "PatBalance60", "PatBalance90",
+                          "PatBalance180", "PatSex", "PatDOB", "PatDOD", "PatPrimaryCoPay", "PatPrimaryActive",
+                          "PatSecondaryActive", "PatSecondaryCoPay", "AppStartDateTime", "AppEndDateTime",
+                          "AppDescription", "AppAppointmentId", "AppRecurrenceId", "AppKey", "UserControlEnabled",
                           "TaskingEnabled"})
         p.emplace_back(n, Both);
-    for (const char* n : {"ImagingEnabled", "ClearCommentsEnabled", "NumOfSchedules", "Resources",
-                          "ResourceGroups", "ResourceGroupDefaults", "ResourceGroupViews"})
+    for (const char* n : {"ImagingEnabled", "ClearCommentsEnabled", "NumOfSchedules", "Resources", "ResourceGroups",
+                          "ResourceGroupDefaults", "ResourceGroupViews"})
         p.emplace_back(n, Write);
-    for (const char* n : {"ResourceNumber", "AppointmentTypeID"})
-        p.emplace_back(n, Read);
+    for (const char* n : {"ResourceNumber", "AppointmentTypeID"}) p.emplace_back(n, Read);
     for (int n = 1; n <= 10; ++n) {
         const std::string c = std::to_string(n);
         p.emplace_back("ResourceCatType" + c, Write);
         p.emplace_back("Resource" + c, Write);
         p.emplace_back("DayIncrement" + c, Both);
-        for (const char* after :
-             {"Value", "ValueListIndex", "ListIndex", "TimeSlotSelected", "TopIndex", "Date"})
+        for (const char* after : {"Value", "ValueListIndex", "ListIndex", "TimeSlotSelected", "TopIndex", "Date"})
             p.emplace_back("Resource" + c + after, Both);
     }
     return p;
@@ -88,92 +47,39 @@ std::vector<std::pair<std::string, Access>> interfaceProperties() {
 // The 62 methods in the order of the interface, each with its declared
 // signature: S string, I 16-bit, L 32-bit, D date, V Variant, O object,
 // A appointment, & by reference; after the ")" the result, - for none.
-const char* const kMethods[] = {"SetResourceAndDate(SIS)V",
-                                "ResizeControl(II)-",
-                                "calCalendar_Change(D)-",
-                                "ScheduleApp()V",
-                                "UpdateStatus(A&S&)-",
-                                "UpdateCurrentAppStatus(S)-",
-                                "mnoCheckIn_Click()-",
-                                "mnoNoShow_Click()-",
-                                "cmdClear_Click()-",
-                                "mnoConfirm_Click()-",
-                                "mnoCheckOut_Click()-",
-                                "cmdLoad_Click()-",
-                                "cmdOpenPatient_Click()-",
-                                "cmdPatientSearch_Click()-",
-                                "mnoPrint_Click()-",
-                                "mnoShowToday_Click()-",
-                                "cmdValidatePatient_Click()-",
-                                "CheckCurrentAppStatus(A&)V",
-                                "ClearTimeSlots(V&)V",
-                                "mnoFindNextAvailable_Click()-",
-                                "mnoFindNextAvailableApp_Click()-",
-                                "mnoSearchAppointments_Click()-",
-                                "mnoSearchAppointmentsApp_Click()-",
-                                "mnoAddEditRecurrenceApp_Click()-",
-                                "mnoRefreshAllSchedules_Click()-",
-                                "mnoRefreshAllSchedulesApp_Click()-",
-                                "mnoDeleteApp_Click()-",
-                                "mnoPrintSuperbillApp_Click()-",
-                                "UserControl_Initialize()-",
-                                "RefreshSchedule(I)-",
-                                "mnoWeekView_Click()-",
-                                "ClearAdditionalAppInfoOnSelect()V",
-                                "ClearAdditionalAppInfo()V",
-                                "SetCurrentApp(A&)V",
-                                "LoadWeekView(S&S&D&)V",
-                                "ShowWkvw()V",
-                                "AddWkvwAppointment(S&S&D&D&S&S&I&)V",
-                                "ClearWeekView()V",
-                                "AddAppointment(S&S&D&D&S&S&S&S&)V",
-                                "CheckLoadAllToday(S&)V",
-                                "SetStatus(A&S&)V",
-                                "GetStatus(A&)S",
-                                "SetAppId(S&S&L&S&)V",
-                                "GetDayView(S&)O",
-                                "RemoveTimeSlotSelected(O&)V",
-                                "getSelectedTimeSlot(O&)D",
-                                "ResetCalendar(D&)V",
-                                "ClearPatient()V",
-                                "NextAvailableClick()V",
-                                "AddResourceTemplate(DDSSSS)V",
-                                "AddExistingTemplate(D&D&S&S&S&)V",
-                                "DisplayTopIndex(D&S&)V",
-                                "AddAllDayTemplateWeekview(S&I&)V",
-                                "AddTemplateWeekview(V&D&D&S&S&)V",
-                                "vbRGBVal(S&)L",
-                                "IntervalInMinutes(O&)I",
-                                "RefreshTimeslots(S&)V",
-                                "RefreshTimeslotsWeekview(I&)V",
-                                "ModifySchedules(S&)V",
-                                "PatientLoaded()-",
-                                "SetAppointmentType(SS)-",
-                                "FocusControl()-"};
+const char* const kMethods[] = {
+    "SetResourceAndDate(SIS)V", "ResizeControl(II)-", "calCalendar_Change(D)-", "ScheduleApp()V",
+    "UpdateStatus(A&S&)-", "UpdateCurrentAppStatus(S)-", "mnoCheckIn_Click()-", "mnoNoShow_Click()-",
+    "cmdClear_Click()-", "mnoConfirm_Click()-", "mnoCheckOut_Click()-", "cmdLoad_Click()-",
+    "cmdOpenPatient_Click()-", "cmdPatientSearch_Click()-", "mnoPrint_Click()-", "mnoShowToday_Click()-",
+    "cmdValidatePatient_Click()-", "CheckCurrentAppStatus(A&)V", "ClearTimeSlots(V&)V",
+    "mnoFindNextAvailable_Click()-", "mnoFindNextAvailableApp_Click()-", "mnoSearchAppointments_Click()-",
+    "mnoSearchAppointmentsApp_Click()-", "mnoAddEditRecurrenceApp_Click()-", "mnoRefreshAllSchedules_Click()-",
+    "mnoRefreshAllSchedulesApp_Click()-", "mnoDeleteApp_Click()-", "mnoPrintSuperbillApp_Click()-",
+    "UserControl_Initialize()-", "RefreshSchedule(I)-", "mnoWeekView_Click()-", "ClearAdditionalAppInfoOnSelect()V",
+    "ClearAdditionalAppInfo()V", "SetCurrentApp(A&)V", "LoadWeekView(S&S&D&)V", "ShowWkvw()V",
+    "AddWkvwAppointment(S&S&D&D&S&S&I&)V", "ClearWeekView()V", "AddAppointment(S&S&D&D&S&S&S&S&)V",
+    "CheckLoadAllToday(S&)V", "SetStatus(A&S&)V", "GetStatus(A&)S", "SetAppId(S&S&L&S&)V", "GetDayView(S&)O",
+    "RemoveTimeSlotSelected(O&)V", "getSelectedTimeSlot(O&)D", "ResetCalendar(D&)V", "ClearPatient()V",
+    "NextAvailableClick()V", "AddResourceTemplate(DDSSSS)V", "AddExistingTemplate(D&D&S&S&S&)V",
+    "DisplayTopIndex(D&S&)V", "AddAllDayTemplateWeekview(S&I&)V", "AddTemplateWeekview(V&D&D&S&S&)V",
+    "vbRGBVal(S&)L", "IntervalInMinutes(O&)I", "RefreshTimeslots(S&)V", "RefreshTimeslotsWeekview(I&)V",
+    "ModifySchedules(S&)V", "PatientLoaded()-", "SetAppointmentType(SS)-", "FocusControl()-"};
 
 std::string nameOf(const std::string& signature) { return signature.substr(0, signature.find('(')); }
 
 std::string signatureOf(const MemberInfo& m) {
     auto code = [](DeclaredType t) {
         switch (t) {
-        case DeclaredType::None:
-            return '-';
-        case DeclaredType::String:
-            return 'S';
-        case DeclaredType::Integer:
-            return 'I';
-        case DeclaredType::Long:
-            return 'L';
-        case DeclaredType::Date:
-            return 'D';
-        case DeclaredType::Variant:
-            return 'V';
-        case DeclaredType::Object:
-            return 'O';
-        case DeclaredType::Appointment:
-            return 'A';
-        default:
-            return '?';
+        case DeclaredType::None: return '-';
+        case DeclaredType::String: return 'S';
+        case DeclaredType::Integer: return 'I';
+        case DeclaredType::Long: return 'L';
+        case DeclaredType::Date: return 'D';
+        case DeclaredType::Variant: return 'V';
+        case DeclaredType::Object: return 'O';
+        case DeclaredType::Appointment: return 'A';
+        default: return '?';
         }
     };
     std::string s = m.name + "(";
@@ -194,16 +100,14 @@ TEST(InterfaceWalk, EveryPropertySideExistsWithItsAccess) {
         EXPECT_EQ(findMember(name, MemberKind::Method), nullptr);
         sides += (access & Read ? 1 : 0) + (access & Write ? 1 : 0);
     }
-    EXPECT_EQ(sides + static_cast<int>(std::size(kMethods)), 329)
-        << "the interface counts each side as a member";
+    EXPECT_EQ(sides + static_cast<int>(std::size(kMethods)), 329) << "the interface counts each side as a member";
 }
 
 TEST(InterfaceWalk, NothingElseAnswers) {
     std::set<std::string> properties, methods;
     for (const char* signature : kMethods)
         methods.insert(nameOf(signature));
-    for (const auto& [name, access] : interfaceProperties())
-        properties.insert(name);
+    for (const auto& [name, access] : interfaceProperties()) properties.insert(name);
     std::set<std::pair<std::string, MemberKind>> seen;
     for (const MemberInfo& m : memberTable()) {
         EXPECT_TRUE(seen.insert({m.name, m.kind}).second) << m.name << " is listed twice";
