@@ -6,7 +6,6 @@ using quorvane::test::ControlFixture;
 
 struct LayoutTest : ControlFixture {
     SchedulerWidgets& w() { return control->widgets(); }
-    PVDayView& view(int i) { return *w().dvwResource[i]; }
 };
 
 TEST_F(LayoutTest, ResizeThenEachNumberOfColumns) {

@@ -1,9 +1,9 @@
-#include "slot_fixture.h"
+#include "control/control_fixture.h"
 
 #include <QuorvaneScheduler/members.h>
 
 using namespace quorvane;
-using quorvane::test::SlotFixture;
+using SlotFixture = quorvane::test::ControlFixture;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "slot_fixture.h"
+#include "control/control_fixture.h"
 #include "slots/slot_scan.h"
 
 #include <QuorvaneScheduler/members.h>
@@ -6,7 +6,7 @@
 #include <set>
 
 using namespace quorvane;
-using quorvane::test::SlotFixture;
+using SlotFixture = quorvane::test::ControlFixture;
 
 namespace {
 
