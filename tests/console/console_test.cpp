@@ -70,34 +70,11 @@ TEST(ConsoleReader, LiteralsAndCommandShapes) {
 
 TEST(ConsoleReader, MalformedLinesAreScriptErrors) {
     const char* bad[] = {
-        "frobnicate",
-        "set = 1",
-        "set X 1",
-        "get",
-        "get x.",
-        "call F(1,",
-        "call F(1 2)",
-        "let 1 = 2",
-        "answer Maybe",
-        "on",
-        "on Event",
-        "user",
-        "user wave cmdX",
-        "user click",
-        "user drag dvwResource(0) 1",
-        "twips 0 15",
-        "twips a b",
-        "get \"unclosed",
-        "get \"bad \\q\"",
-        "get \"\\x4\"",
-        "get #not a date#",
-        "get #1/15/2008",
-        "get 1.",
-        "get 12ab",
-        "get x @",
-        "today",
-        "user dblclick dvwResource(0) at #9:00 AM#",
-    };
+        "frobnicate", "set = 1", "set X 1", "get", "get x.", "call F(1,", "call F(1 2)", "let 1 = 2",
+        "answer Maybe", "on", "on Event", "user", "user wave cmdX", "user click",
+        "user drag dvwResource(0) 1", "twips 0 15", "twips a b", "get \"unclosed", "get \"bad \\q\"",
+        "get \"\\x4\"", "get #not a date#", "get #1/15/2008", "get 1.", "get 12ab", "get x @", "today",
+        "user dblclick dvwResource(0) at #9:00 AM#"};
     for (const char* line : bad)
         EXPECT_THROW(parseCommand(line), ScriptError) << line;
     std::string deep = "get f";
