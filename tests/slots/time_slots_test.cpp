@@ -152,12 +152,26 @@ TEST_F(TimeSlotTest, ClearingLeavesSlotsItHasNoDatedEntryFor) {
     EXPECT_EQ(lastSlot(5), makeTime(10, 0, 0));
 }
 
-TEST_F(TimeSlotTest, FlagFollowsEveryScan) {
+// A date change keeps a column's selection and its entry, which still clears the
+// slot on the new date; a column load takes the selection away from every other
+// column and keeps its own.
+TEST_F(TimeSlotTest, DateChangesKeepTheSlotAndLoadsClearTheOthers) {
+    control->setResourceGroupViews("10~Main~2~4");
+    control->setResourceGroupDefaults("10~Main~501~1~~10~Main~502~2");
+    control->setResourceGroups("10~Main~Y~501~P~Staff~S~~10~Main~Y~502~Q~Staff~N");
     view(1).userSlot(at(9, 30));
-    EXPECT_EQ(control->getSelectedTimeSlot(view(1)), makeDateTime(2000, 1, 1, 9, 30, 0));
-    EXPECT_TRUE(control->state().blnSlotFound);
-    EXPECT_EQ(control->getSelectedTimeSlot(view(0)), makeDateTime(2000, 1, 1, 8, 0, 0));
-    EXPECT_FALSE(control->state().blnSlotFound);
+    view(1).userDate(makeDate(2008, 1, 16));
+    EXPECT_TRUE(view(1).TimeSlotSelected(at(9, 30)));
+    EXPECT_EQ(lastSlot(2), at(9, 30));
+    view(0).userSlot(at(9, 15));
+    EXPECT_FALSE(view(1).TimeSlotSelected(at(9, 30)));
+    control->RefreshSchedule(2);
+    EXPECT_FALSE(view(0).TimeSlotSelected(at(9, 15)));
+    EXPECT_EQ(entries(), "");
+    view(1).userSlot(at(9, 45));
+    control->RefreshSchedule(2);
+    EXPECT_EQ(entries(), "2@9:45:00 AM");
+    EXPECT_TRUE(view(1).TimeSlotSelected(at(9, 45)));
 }
 
 TEST_F(TimeSlotTest, RefreshTimeslotsRepaintsTheDayAndKeepsTheSlotLength) {
