@@ -4,10 +4,6 @@
 
 #include "control/control_fixture.h"
 
-#include "catalogue/catalogue_grammar.h"
-
-#include <optional>
-
 using namespace quorvane;
 using quorvane::test::ControlFixture;
 
