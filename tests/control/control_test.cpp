@@ -23,17 +23,6 @@ TEST_F(AppointmentTest, AppointmentOutlivesItsSet) {
     EXPECT_NE(set(0).FirstAppointment()->Key(), key) << "keys are never given twice";
 }
 
-TEST_F(AppointmentTest, TagFieldsSplitOnEveryTilde) {
-    EXPECT_EQ(tagField("1204~77~5531", 0), "1204");
-    EXPECT_EQ(tagField("1204~~5531", 1), "");
-    EXPECT_EQ(tagField("12~04~77~5531", 2), "77") << "a tilde in an id shifts the later fields";
-    EXPECT_THROW(tagField("", 0), SubscriptOutOfRange) << "an empty tag has no fields at all";
-    EXPECT_THROW(tagField("1204", 1), SubscriptOutOfRange);
-    EXPECT_FALSE(isPresent("   "));
-    EXPECT_TRUE(isPresent(" x "));
-    EXPECT_EQ(trimBlanks("  a b  "), "a b");
-}
-
 // A host that calls back into the control from inside a raise, and changes a
 // by-reference argument.
 TEST_F(AppointmentTest, HostReentersFromInsideEvents) {
