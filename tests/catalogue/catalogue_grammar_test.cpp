@@ -42,6 +42,7 @@ TEST(CatalogueGrammar, SplitsOnDoubleTildeFirstThenOnSingle) {
         std::optional<ErrorKind> error;
     } cases[] = {
         {"one record", "a~b~c", {{"a", "b", "c"}}, {}},
+        {"an empty string leaves the table as it was", "", {{"old", "", ""}}, ErrorKind::SubscriptOutOfRange},
         {"records in order", "a~b~c~~d~e~f", {{"a", "b", "c"}, {"d", "e", "f"}}, {}},
         {"surplus dropped", "a~b~c~d~e~~f~g~h", {{"a", "b", "c"}, {"f", "g", "h"}}, {}},
         {"nothing trimmed or folded", " a ~B b~ c", {{" a ", "B b", " c"}}, {}},

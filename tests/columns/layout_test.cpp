@@ -6,7 +6,6 @@ using quorvane::test::ControlFixture;
 
 struct LayoutTest : ControlFixture {
     SchedulerWidgets& w() { return control->widgets(); }
-    PVDayView& view(int i) { return *w().dvwResource[i]; }
 };
 
 TEST_F(LayoutTest, ResizeThenEachNumberOfColumns) {
@@ -43,6 +42,12 @@ TEST_F(LayoutTest, ResizeThenEachNumberOfColumns) {
         EXPECT_FLOAT_EQ(w().cmbResource[0].left, 690) << "column 0 keeps its design lefts";
         EXPECT_EQ(w().sbSchedule.max, 1) << "no view yet: nothing to scroll";
     }
+    // A resize with a number selected lays the columns out again; too short a
+    // control keeps the bar at its lowest top.
+    control->ResizeControl(100, 800);
+    EXPECT_FLOAT_EQ(view(0).Width, 2360);
+    EXPECT_FLOAT_EQ(w().sbSchedule.top, 4100);
+    EXPECT_FLOAT_EQ(view(0).Height, 995);
     EXPECT_TRUE(log.empty()) << "layout reports nothing";
 }
 

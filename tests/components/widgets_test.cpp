@@ -22,17 +22,10 @@ TEST(PickList, SelectionFailuresAndClickCounts) {
         return std::to_string(list.listIndex()) + ":" + list.text() + ":" +
                std::to_string(std::exchange(clicks, 0));
     };
-    list.setText("b");
-    EXPECT_EQ(state(), "1:b:1") << "the first equal item";
-    list.setText("b");
-    EXPECT_EQ(state(), "1:b:1") << "selecting the selected item clicks again";
-    EXPECT_THROW(list.setText("z"), InvalidPropertyValue);
+    // The scenarios show picks by text and index; here the edges of the index.
+    list.setListIndex(3);
     EXPECT_THROW(list.setListIndex(4), InvalidPropertyValue);
     EXPECT_THROW(list.setListIndex(-2), InvalidPropertyValue);
-    EXPECT_EQ(state(), "1:b:0");
-    list.setListIndex(-1);
-    EXPECT_EQ(state(), "-1::1");
-    list.setListIndex(3);
     EXPECT_EQ(state(), "3:b:1");
     list.clear();
     EXPECT_EQ(state() + list.list(0), "-1::0");

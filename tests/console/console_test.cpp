@@ -64,52 +64,17 @@ TEST(ConsoleReader, LiteralsAndCommandShapes) {
     EXPECT_TRUE(a[6].literal.isNothing());
     EXPECT_EQ(a[7].kind, Expr::Kind::Reference);
 
-    c = parseCommand("get state.varResourceTemplates(0, 3, 1)");
-    ASSERT_EQ(c.target.size(), 2u);
-    EXPECT_EQ(c.target[1].args.size(), 3u);
-
-    c = parseCommand("user drag dvwResource(0) 3 to dvwResource(2) #10:00:00 AM#");
-    EXPECT_EQ(c.gesture.action, "drag");
-    EXPECT_EQ(c.gesture.target.name, "dvwResource");
-    EXPECT_EQ(c.gesture.values.size(), 2u);
-
-    c = parseCommand("on AddApptWithPatient call SetAppId($1, \"1204\", ${AppKey}, \"5531\")");
-    EXPECT_EQ(c.handler, "call SetAppId($1, \"1204\", ${AppKey}, \"5531\")");
-
     EXPECT_TRUE(significant("   ' a comment").empty());
     EXPECT_TRUE(significant(" \t ").empty());
 }
 
 TEST(ConsoleReader, MalformedLinesAreScriptErrors) {
     const char* bad[] = {
-        "frobnicate",
-        "set = 1",
-        "set X 1",
-        "get",
-        "get x.",
-        "call F(1,",
-        "call F(1 2)",
-        "let 1 = 2",
-        "answer Maybe",
-        "on",
-        "on Event",
-        "user",
-        "user wave cmdX",
-        "user click",
-        "user drag dvwResource(0) 1",
-        "twips 0 15",
-        "twips a b",
-        "get \"unclosed",
-        "get \"bad \\q\"",
-        "get \"\\x4\"",
-        "get #not a date#",
-        "get #1/15/2008",
-        "get 1.",
-        "get 12ab",
-        "get x @",
-        "today",
-        "user dblclick dvwResource(0) at #9:00 AM#",
-    };
+        "frobnicate", "set = 1", "set X 1", "get", "get x.", "call F(1,", "call F(1 2)", "let 1 = 2",
+        "answer Maybe", "on", "on Event", "user", "user wave cmdX", "user click",
+        "user drag dvwResource(0) 1", "twips 0 15", "twips a b", "get \"unclosed", "get \"bad \\q\"",
+        "get \"\\x4\"", "get #not a date#", "get #1/15/2008", "get 1.", "get 12ab", "get x @", "today",
+        "user dblclick dvwResource(0) at #9:00 AM#"};
     for (const char* line : bad)
         EXPECT_THROW(parseCommand(line), ScriptError) << line;
     std::string deep = "get f";
@@ -156,70 +121,4 @@ TEST(ConsoleRun, MenuPicksOnlyWhatTheOpenMenuShows) {
     EXPECT_EQ(runScript(open + "user menu mnoRecallList\nuser menu mnoRecallList\n").err,
               "s.host:6: no context menu is open\n")
         << "a pick closes the menu";
-}
-
-// Handlers run inside the raise, indented one level per nesting, with $N and
-// ${NAME} substituted when each handler command runs.
-TEST(ConsoleRun, HandlersNestInsideTheRaise) {
-    std::ostringstream out, err;
-    Console console(out, makeDate(2008, 1, 15));
-    ASSERT_EQ(
-        console.run(
-            "s.host",
-            R"(on ResourceOnClick call AddAppointment($1, "V", #1/15/2008 9:00 AM#, #1/15/2008 9:30 AM#, "1", "", "", "2")
-once ResourceOnClick set AppKey = $2
-on PatientSearch call SetAppointmentType("x", "0")
-on PatientSearch let seen = ${AppKey}
-)",
-            err),
-        0);
-    out.str("");
-    ctlSchedulerEvents& sink = *console.control().eventSink();
-    sink.ResourceOnClick(2, "501", Variant(makeDate(2008, 1, 15)));
-    sink.ResourceOnClick(3, "502", Variant(makeDate(2008, 1, 16)));
-    sink.PatientSearch();
-    EXPECT_EQ(out.str(), R"(event ResourceOnClick(2, "501", #1/15/2008#)
-  > call AddAppointment(2, "V", #1/15/2008 9:00 AM#, #1/15/2008 9:30 AM#, "1", "", "", "2")
-  > set AppKey = "501"
-  changed AppKey
-event ResourceOnClick(3, "502", #1/16/2008#)
-  > call AddAppointment(3, "V", #1/15/2008 9:00 AM#, #1/15/2008 9:30 AM#, "1", "", "", "2")
-event PatientSearch()
-  > call SetAppointmentType("x", "0")
-  ! SubscriptOutOfRange
-  > let seen = "501"
-)");
-    EXPECT_EQ(console.control().widgets().dvwResource[2]->appointmentSet().Count(), 1);
-}
-
-// A by-reference argument comes back into the script variable as the member
-// left it, also when the call fails after changing it; one the member leaves
-// alone keeps its own type.
-TEST(ConsoleRun, ByReferenceVariablesTakeWhatTheMemberLeft) {
-    const ScriptRun r = runScript(R"(let c = "#C0C000"
-call vbRGBVal(c)
-get c
-let bad = "##C0C000"
-call vbRGBVal(bad)
-get bad
-let n = 1
-call SetAppId(n, "1", 1, "2")
-get n
-)");
-    ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out, R"(> let c = "#C0C000"
-> call vbRGBVal(c)
-= 49344
-> get c
-= "C0C000"
-> let bad = "##C0C000"
-> call vbRGBVal(bad)
-! TypeMismatch
-> get bad
-= "#C0C000"
-> let n = 1
-> call SetAppId(n, "1", 1, "2")
-> get n
-= 1
-)");
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +27,17 @@ struct ControlFixture : ::testing::Test {
         control->ccScheduled = 4, control->ccCheckedOut = 5, control->ccNoShow = 6;
     }
     OleDate at(int h, int m) const { return makeDateTime(2008, 1, 15, h, m, 0); }
-    AppointmentSet& set(int index) { return control->widgets().dvwResource[index]->appointmentSet(); }
+    PVDayView& view(int i) { return *control->widgets().dvwResource[static_cast<std::size_t>(i)]; }
+    AppointmentSet& set(int index) { return view(index).appointmentSet(); }
+    // The kind of run-time error the call fails with; none when it goes through.
+    static std::optional<ErrorKind> failureOf(const std::function<void()>& call) {
+        try {
+            call();
+        } catch (const RuntimeError& e) {
+            return e.kind();
+        }
+        return std::nullopt;
+    }
 
     Platform platform;
     std::vector<std::string> log;

@@ -108,7 +108,10 @@ TEST(InterfaceWalk, NothingElseAnswers) {
     for (const char* signature : kMethods)
         methods.insert(nameOf(signature));
     for (const auto& [name, access] : interfaceProperties()) properties.insert(name);
+    std::set<std::pair<std::string, MemberKind>> seen;
     for (const MemberInfo& m : memberTable()) {
+        EXPECT_TRUE(seen.insert({m.name, m.kind}).second) << m.name << " is listed twice";
+        EXPECT_TRUE(m.invoke && (m.kind != MemberKind::PropertyLet || !m.params.empty())) << m.name;
         if (m.kind == MemberKind::Method)
             EXPECT_TRUE(methods.count(m.name)) << m.name << " is no method of the interface";
         else

@@ -115,14 +115,18 @@ TEST_F(Routing, MenuCommandsOfAFreeSlot) {
         {"mnoFindNextAvailableApp", "event NextAvailable(501, 1)"},
         {"mnoSearchAppointmentsApp", "event AppointmentSearch(1)"},
         {"mnoRefreshAllSchedulesApp", "event RefreshAllSchedules()"},
+        {"mnoPrint", "event PrintDay(501, 20080115~5~08~17)"},
     };
     for (const auto& [command, heard] : rows)
         EXPECT_EQ(run(command, State::NoPatient), heard) << command;
-    // The second column shows no resource: the commands still go, with an empty one.
+    // The second column shows no resource: the commands still go, with an empty
+    // one, but for the printout.
     EXPECT_TRUE(control->widgets().dvwResource[1]->userClickAt(at(9, 0), true));
     log.clear();
     control->widgets().mnoPrintDaysFacesheets.onClick();
-    EXPECT_EQ(log, (std::vector<std::string>{"event PrintDaysFacesheets(, 1/15/2008)"}));
+    control->widgets().mnoPrint.onClick();
+    EXPECT_EQ(log, (std::vector<std::string>{"event PrintDaysFacesheets(, 1/15/2008)",
+                                             "msgbox You must select a resource"}));
 }
 
 // Each appointment command with a named appointment, one never named, one whose

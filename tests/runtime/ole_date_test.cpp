@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 using namespace quorvane;
 
@@ -11,6 +13,8 @@ namespace {
 OleDate at(int h, int m, int s = 0) { return makeDateTime(2008, 1, 15, h, m, s); }
 } // namespace
 
+// Callers cut and test these texts by length: 8, 9 and 10 characters for a
+// date alone, 10 for a time with a one-digit hour, 11 with two.
 TEST(OleDateText, GeneralDateText) {
     // clang-format off
     const std::pair<double, const char*> cases[] = {
@@ -19,11 +23,13 @@ TEST(OleDateText, GeneralDateText) {
         {makeDateTime(2008, 12, 5, 22, 30, 5).value, "12/5/2008 10:30:05 PM"},
         {39462 - 1e-9, "1/15/2008"}, {1 - 1e-9, "12/31/1899"}, {-1.25, "12/29/1899 6:00:00 AM"},
         {-0.5, "12:00:00 PM"}, {-1, "12/29/1899"}, {61, "3/1/1900"}, {36585, "2/29/2000"},
-        {-657434, "1/1/0100"}, {2958465.99999999, "12/31/9999 11:59:59 PM"}};
+        {-657434, "1/1/0100"}, {2958465.99999999, "12/31/9999 11:59:59 PM"}, {39452, "1/5/2008"},
+        {39797, "12/15/2008"}, {makeTime(9, 30, 0).value, "9:30:00 AM"}, {makeTime(10, 30, 0).value, "10:30:00 AM"},
+        {makeDateTime(2008, 1, 5, 9, 5, 0).value, "1/5/2008 9:05:00 AM"},
+        {makeDateTime(2008, 12, 15, 12, 0, 0).value, "12/15/2008 12:00:00 PM"}};
     // clang-format on
     for (const auto& [value, text] : cases)
         EXPECT_EQ(generalDateText(OleDate(value)), text) << value;
-    EXPECT_EQ(generalDateText(makeTime(9, 30, 0)).size(), 10u);
 }
 
 TEST(OleDateText, ShortFormsAndFormat00) {
@@ -100,17 +106,41 @@ TEST(OleDateArith, MinutesBetweenCountsMinuteBoundaries) {
         EXPECT_EQ(minutesBetween(a, b), minutes) << generalDateText(a);
 }
 
-// Callers cut and test these texts by length: 8, 9 and 10 characters for a
-// date alone, 10 for a time with a one-digit hour, 11 with two.
-TEST(OleDateText, LengthsCallersRelyOn) {
-    const std::pair<OleDate, std::size_t> cases[] = {{makeDate(2008, 1, 5), 8},
-                                                     {makeDate(2008, 1, 15), 9},
-                                                     {makeDate(2008, 12, 15), 10},
-                                                     {makeTime(9, 30, 0), 10},
-                                                     {makeTime(10, 30, 0), 11},
-                                                     {OleDate(0), 11},
-                                                     {makeDateTime(2008, 1, 5, 9, 5, 0), 19},
-                                                     {makeDateTime(2008, 12, 15, 12, 0, 0), 22}};
-    for (const auto& [d, length] : cases)
-        EXPECT_EQ(generalDateText(d).size(), length) << generalDateText(d);
+TEST(DateParse, AcceptsDatesTimesAndBoth) {
+    // Each text against the general date text of what it must read as.
+    // clang-format off
+    const std::pair<const char*, const char*> cases[] = {
+        {"1/15/2008", "1/15/2008"}, {"01/05/2008", "1/5/2008"}, {"1/15/08", "1/15/2008"}, {"1/15/29", "1/15/2029"},
+        {"1/15/30", "1/15/1930"}, {"1/1/100", "1/1/0100"}, {"2008-01-15", "1/15/2008"}, {"1-15-2008", "1/15/2008"},
+        {"13/1/2008", "1/13/2008"}, {"9:30", "9:30:00 AM"}, {"9:05:07", "9:05:07 AM"}, {"9:30 AM", "9:30:00 AM"},
+        {"9:30:00 PM", "9:30:00 PM"}, {"9:30 pm", "9:30:00 PM"}, {"9:30AM", "9:30:00 AM"}, {"9 AM", "9:00:00 AM"},
+        {"12:00:00 AM", "12:00:00 AM"}, {"12:30 PM", "12:30:00 PM"}, {" 9:30:00 AM", "9:30:00 AM"},
+        {"1/15/2008 9:30:00 AM", "1/15/2008 9:30:00 AM"}, {"  1/15/2008   17:05\t", "1/15/2008 5:05:00 PM"},
+        {"9:30 AM 1/15/2008", "1/15/2008 9:30:00 AM"}, {"12/29/1899 6:00", "12/29/1899 6:00:00 AM"}};
+    // clang-format on
+    for (const auto& [text, expected] : cases) {
+        OleDate out;
+        EXPECT_TRUE(tryParseDate(text, out)) << text;
+        EXPECT_EQ(generalDateText(out), expected) << text;
+        EXPECT_EQ(parseDate(text), out) << text;
+    }
+    EXPECT_EQ(parseDate("12:00:00 AM").value, 0.0);
+    EXPECT_EQ(parseDate("12/29/1899 6:00").value, -1.25);
+}
+
+TEST(DateParse, RejectsWhatIsNoDate) {
+    // clang-format off
+    std::vector<std::string> cases = {
+        "", "   ", "abc", "13/45/2008", "1/15/2008 25:00", "9:60", "9:30:60", "1/15", "2/29/2007", "13:00 PM", "9",
+        "1/15/2008x", "1/15/200800", "1/15/2008 1/16/2008", "9:30 9:31", "9:30 AMX", "9:30 AM PM", "12/31/10000",
+        "1/1/0099", "1/15-2008", "1/15/2008,9:30", "-1/15/2008", "1//2008", "9:", ":30", "1/15/2008 9:30:"};
+    // clang-format on
+    cases.push_back(std::string("1/15/2008\0", 10));
+    cases.push_back(std::string(100000, '9'));
+    for (const auto& text : cases) {
+        EXPECT_THROW(parseDate(text), TypeMismatch) << text;
+        OleDate out(42);
+        EXPECT_FALSE(tryParseDate(text, out)) << text;
+        EXPECT_EQ(out, OleDate(42)) << "left untouched on failure";
+    }
 }

@@ -1,9 +1,9 @@
-#include "slot_fixture.h"
+#include "control/control_fixture.h"
 
 #include <QuorvaneScheduler/members.h>
 
 using namespace quorvane;
-using quorvane::test::SlotFixture;
+using SlotFixture = quorvane::test::ControlFixture;
 
 namespace {
 
@@ -38,9 +38,13 @@ TEST_F(TemplateTest, ColourStringsReadRedGreenBlue) {
     };
     const Row rows[] = {
         {"C0C000", kBare, "C0C000"},
+        {"#c0c000", kBare, "c0c000"},
+        {"#C0C000FFEE", kBare, "C0C000FFEE"},
+        {"#000001", 65536, "000001"},
         {"#12345", 0x12 + 256 * 0x34 + 65536 * 5, "12345"},
         {"##C0C000", std::nullopt, "#C0C000"},
         {"#C0C0", std::nullopt, "C0C0"},
+        {"#GG0000", std::nullopt, "GG0000"},
         {"#", std::nullopt, ""},
         {"", std::nullopt, ""},
     };
@@ -163,9 +167,13 @@ TEST_F(TemplateTest, WipeLeavesTheBareGridAndTheStore) {
     EXPECT_EQ(colourOf(2, at(0, 0), makeDate(2008, 1, 16)), PVDayView::kDefaultDayBackColor);
 }
 
+// Only "Y" paints when a template is stored; the store keeps what the host gave.
 TEST_F(TemplateTest, ReplayPaintsTheStoreAgainInItsOrder) {
     control->AddResourceTemplate(at(9, 0), at(11, 0), "Surgery", "#FF0000", "2", "N");
-    control->AddResourceTemplate(at(10, 0), at(12, 0), "Lunch", "#00FF00", "2", "N");
+    control->AddResourceTemplate(at(10, 0), at(12, 0), "Lunch", "#00FF00", "2", "y");
+    EXPECT_EQ(colourOf(1, at(0, 0), makeDate(2008, 1, 16)), PVDayView::kDefaultDayBackColor);
+    EXPECT_EQ(cell(1, 4, 0), Variant("2"));
+    EXPECT_EQ(cell(1, 5, 0), Variant());
     paint(at(14, 0), at(15, 0), "#0000FF", "2"); // painted, never stored
     for (int run = 0; run < 2; ++run) {
         SCOPED_TRACE(run);
@@ -180,9 +188,37 @@ TEST_F(TemplateTest, ReplayPaintsTheStoreAgainInItsOrder) {
     }
 }
 
+// A column holds 101 templates. The 102nd is refused before anything is written:
+// the store, the count and the grid stay as the 101st left them, and the other
+// columns keep their own stores. A column out of range stores nothing.
+TEST_F(TemplateTest, TheHundredAndSecondTemplateIsRefused) {
+    for (int i = 1; i <= kTemplatesPerColumn; ++i)
+        control->AddResourceTemplate(at(8, 0), at(9, 0), "Block " + std::to_string(i), "#FF0000", "4", "N");
+    EXPECT_EQ(count(3), 101);
+    EXPECT_EQ(failureOf([&] {
+                  control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 102", "#00FF00", "4", "Y");
+              }),
+              ErrorKind::SubscriptOutOfRange);
+    EXPECT_EQ(count(3), 101);
+    EXPECT_EQ(cell(3, 2, 100), Variant("Block 101"));
+    EXPECT_EQ(cell(3, 0, 100), Variant(at(8, 0)));
+    EXPECT_EQ(view(3).TimeSlotColor(at(9, 0)), view(3).DayBackColor()) << "nothing painted";
+    EXPECT_EQ(view(3).Increments(), 1);
+    for (const char* number : {"11", "0", "one"})
+        EXPECT_NE(failureOf([&] { control->AddResourceTemplate(at(9, 0), at(10, 0), "", "#FF0000", number, "Y"); }),
+                  std::nullopt);
+    control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 1", "#00FF00", "5", "Y");
+    EXPECT_EQ(count(4), 1);
+    EXPECT_EQ(count(0) + count(9), 0);
+    EXPECT_EQ(view(4).TimeSlotColor(at(9, 0)), kGreen);
+}
+
+// A colour that does not convert is stored and counted, and fails its paint.
 TEST_F(TemplateTest, ReplayStopsAtAStoredColourThatDoesNotConvert) {
     control->AddResourceTemplate(at(9, 0), at(10, 0), "", "#FF0000", "1", "N");
-    control->AddResourceTemplate(at(10, 0), at(11, 0), "", "red", "1", "N");
+    EXPECT_EQ(failureOf([&] { control->AddResourceTemplate(at(10, 0), at(11, 0), "", "red", "1", "Y"); }),
+              ErrorKind::TypeMismatch);
+    EXPECT_EQ(view(0).TimeSlotColor(at(10, 0)), PVDayView::kDefaultDayBackColor);
     control->AddResourceTemplate(at(11, 0), at(12, 0), "", "#00FF00", "1", "N");
     EXPECT_EQ(failureOf([&] { control->replayTemplates(0); }), ErrorKind::TypeMismatch);
     EXPECT_EQ(colourOf(0, at(9, 0), at(10, 0)), kRed);

@@ -1,4 +1,4 @@
-#include "slot_fixture.h"
+#include "control/control_fixture.h"
 #include "slots/slot_scan.h"
 
 #include <QuorvaneScheduler/members.h>
@@ -6,7 +6,7 @@
 #include <set>
 
 using namespace quorvane;
-using quorvane::test::SlotFixture;
+using SlotFixture = quorvane::test::ControlFixture;
 
 namespace {
 
@@ -152,12 +152,26 @@ TEST_F(TimeSlotTest, ClearingLeavesSlotsItHasNoDatedEntryFor) {
     EXPECT_EQ(lastSlot(5), makeTime(10, 0, 0));
 }
 
-TEST_F(TimeSlotTest, FlagFollowsEveryScan) {
+// A date change keeps a column's selection and its entry, which still clears the
+// slot on the new date; a column load takes the selection away from every other
+// column and keeps its own.
+TEST_F(TimeSlotTest, DateChangesKeepTheSlotAndLoadsClearTheOthers) {
+    control->setResourceGroupViews("10~Main~2~4");
+    control->setResourceGroupDefaults("10~Main~501~1~~10~Main~502~2");
+    control->setResourceGroups("10~Main~Y~501~P~Staff~S~~10~Main~Y~502~Q~Staff~N");
     view(1).userSlot(at(9, 30));
-    EXPECT_EQ(control->getSelectedTimeSlot(view(1)), makeDateTime(2000, 1, 1, 9, 30, 0));
-    EXPECT_TRUE(control->state().blnSlotFound);
-    EXPECT_EQ(control->getSelectedTimeSlot(view(0)), makeDateTime(2000, 1, 1, 8, 0, 0));
-    EXPECT_FALSE(control->state().blnSlotFound);
+    view(1).userDate(makeDate(2008, 1, 16));
+    EXPECT_TRUE(view(1).TimeSlotSelected(at(9, 30)));
+    EXPECT_EQ(lastSlot(2), at(9, 30));
+    view(0).userSlot(at(9, 15));
+    EXPECT_FALSE(view(1).TimeSlotSelected(at(9, 30)));
+    control->RefreshSchedule(2);
+    EXPECT_FALSE(view(0).TimeSlotSelected(at(9, 15)));
+    EXPECT_EQ(entries(), "");
+    view(1).userSlot(at(9, 45));
+    control->RefreshSchedule(2);
+    EXPECT_EQ(entries(), "2@9:45:00 AM");
+    EXPECT_TRUE(view(1).TimeSlotSelected(at(9, 45)));
 }
 
 TEST_F(TimeSlotTest, RefreshTimeslotsRepaintsTheDayAndKeepsTheSlotLength) {
@@ -222,19 +236,30 @@ TEST_F(TimeSlotTest, ViewsOutsideTheColumnsUseTheSpareEntries) {
     }
 }
 
-// An appointment where a day view belongs fails before any column is touched.
+// Through the member table a day view argument must be a day view: Nothing is
+// an ObjectRequired, another object or a text a TypeMismatch, and the call fails
+// before any column is touched.
 TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
     setColours();
     control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "5");
     view(0).userSlot(at(9, 0));
+    const std::pair<Variant, ErrorKind> rows[] = {
+        {Variant(ObjectRef(set(0).FirstAppointment())), ErrorKind::TypeMismatch},
+        {Variant(ObjectRef()), ErrorKind::ObjectRequired},
+        {Variant("1"), ErrorKind::TypeMismatch}};
     for (const char* name : {"getSelectedTimeSlot", "RemoveTimeSlotSelected", "IntervalInMinutes"}) {
-        std::vector<Variant> args{Variant(ObjectRef(set(0).FirstAppointment()))};
-        EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
-                  ErrorKind::TypeMismatch)
-            << name;
+        for (const auto& [argument, kind] : rows) {
+            std::vector<Variant> args{argument};
+            EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
+                      kind)
+                << name << " " << int(kind);
+        }
     }
     EXPECT_EQ(entries(), "1@9:00:00 AM");
     EXPECT_TRUE(view(0).TimeSlotSelected(at(9, 0)));
+    std::vector<Variant> tenth{Variant(ObjectRef(control->widgets().dvwResource[9]))};
+    EXPECT_EQ(invokeMember(*control, *findMember("IntervalInMinutes", MemberKind::Method), tenth),
+              Variant(std::int16_t(30)));
 }
 
 } // namespace
