@@ -36,7 +36,7 @@ void exec(QSqlDatabase& db, const QString& sql, const QVariantList& values) {
 
 void PracticeStore::seed(OleDate today) {
     transaction("the demo practice", [&] {
-        exec(db_, "INSERT INTO practice_groups VALUES (?, ?, ?, ?, ?, ?)", {"10", "Main Office", 3, 3, 1, 0});
+        exec(db_, "INSERT INTO practice_groups VALUES (?, ?, ?, ?, ?, ?)", {"10", "Main Office", 2, 3, 1, 0});
         exec(db_, "INSERT INTO practice_groups VALUES (?, ?, ?, ?, ?, ?)", {"20", "Annex", 2, 2, 0, 1});
         struct Resource {
             const char *value, *name, *cat, *sub, *group;

@@ -7,6 +7,7 @@
 #include <QtSql/QSqlDriver>
 
 #include <QDate>
+#include <QDir>
 #include <QFileInfo>
 #include <QStringList>
 #include <QUrl>
@@ -225,6 +226,7 @@ void PracticeStore::connect(const QString& location) {
     }
     db_ = QSqlDatabase::addDatabase("QSQLITE", name_);
     db_.setDatabaseName(location);
+    QDir().mkpath(QFileInfo(location).absolutePath());
     // A database another desk holds is waited for a little before it counts as
     // locked. A file marked read-only is opened so, even by a user who could
     // write it anyway: the desk then shows the practice and stores nothing.

@@ -1,0 +1,69 @@
+// practice-desk: a front desk's scheduler on the practice's database.
+//
+//   practice-desk [--database FILE|postgresql://...] [--today M/D/YYYY] [--morning FOLDER]
+//
+// Without a display it runs offscreen, and --morning plays a scripted morning
+// that leaves its screenshots in FOLDER.
+
+#include "morning.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    // A desk started where there is no display runs offscreen.
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY") && !std::getenv("QT_QPA_PLATFORM"))
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("practice-desk");
+    QCommandLineParser args;
+    args.setApplicationDescription("A front desk's scheduler on the practice's database.");
+    args.addHelpOption();
+    const QCommandLineOption database("database",
+                                      "The practice's database: a SQLite file or postgresql://...", "FILE");
+    const QCommandLineOption today("today", "The date the desk takes as today.", "M/D/YYYY");
+    const QCommandLineOption morning("morning", "Play a scripted morning; its screenshots go to FOLDER.",
+                                     "FOLDER");
+    args.addOptions({database, today, morning});
+    args.process(app);
+
+    QString location = args.value(database);
+    if (location.isEmpty()) {
+        const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+        QDir().mkpath(folder);
+        location = QDir(folder).filePath("practice.sqlite");
+    }
+    quorvane::OleDate day;
+    if (args.isSet(today)) {
+        if (!quorvane::tryParseDate(args.value(today).toStdString(), day)) {
+            std::fprintf(stderr, "practice-desk: --today takes a date M/D/YYYY\n");
+            return 1;
+        }
+    } else {
+        day = quorvane::Clock().today();
+    }
+
+    try {
+        practice::DeskWindow desk(location, quorvane::datePart(day));
+        if (args.isSet(morning)) {
+            const QStringList shots = practice::playMorning(desk, args.value(morning));
+            std::printf("The morning's screenshots and printout:\n");
+            for (const QString& s : shots)
+                std::printf("  %s\n", qPrintable(QDir::toNativeSeparators(QFileInfo(s).absoluteFilePath())));
+            return 0;
+        }
+        desk.show();
+        return QApplication::exec();
+    } catch (const practice::StoreError& e) {
+        if (QApplication::platformName() != "offscreen")
+            QMessageBox::critical(nullptr, "Practice Desk", e.what());
+        std::fprintf(stderr, "practice-desk: %s\n", e.what());
+        return 1;
+    }
+}
