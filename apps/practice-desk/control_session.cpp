@@ -10,8 +10,17 @@ Variant ControlSession::invoke(std::string_view verb, std::string_view name, Mem
                                std::vector<Variant> args) {
     const MemberInfo* member = findMember(name, kind);
     if (!member) throw InvalidProcedureCall("the control has no member " + std::string(name));
-    if (onCall) onCall(verb, name, args);
-    return invokeMember(control_, *member, args);
+    SessionRecorder* heard = verb == "get" ? nullptr : recorder;
+    if (heard) heard->hostCall(verb, name, args);
+    try {
+        Variant result = invokeMember(control_, *member, args);
+        if (heard) heard->hostCallDone(verb, result);
+        return result;
+    } catch (const RuntimeError& e) {
+        if (heard) heard->hostCallFailed(e);
+        if (onRefused) onRefused(name, e);
+        return {};
+    }
 }
 
 Variant ControlSession::call(std::string_view method, std::vector<Variant> args) {

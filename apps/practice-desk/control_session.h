@@ -2,6 +2,12 @@
 // Every call the desk makes into the control goes through here, by the member's
 // name, as a scripting host would make it. One place sees all of them, so a
 // recording can write each as the console's own command.
+//
+// A call the control fails is the desk's mistake, not the user's: like a
+// scripted host, the desk hears it (onRefused), takes Empty for its result and
+// goes on, so that a failure inside an event never reaches back into the control.
+
+#include "session_recorder.h"
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #include <QuorvaneScheduler/members.h>
@@ -24,10 +30,9 @@ public:
 
     quorvane::ctlScheduler& control() { return control_; }
 
-    // Hears each call before it runs: "call", "set" or "get", the name, the arguments.
-    std::function<void(std::string_view verb, std::string_view name,
-                       const std::vector<quorvane::Variant>& args)>
-        onCall;
+    // Hears the calls and writes that change the control; reads are not heard.
+    SessionRecorder* recorder = nullptr;
+    std::function<void(std::string_view member, const quorvane::RuntimeError& e)> onRefused;
 
 private:
     quorvane::Variant invoke(std::string_view verb, std::string_view name, quorvane::MemberKind kind,

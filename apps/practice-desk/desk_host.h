@@ -23,6 +23,9 @@ namespace practice {
 class DeskHost final : public quorvane::ctlSchedulerEvents {
 public:
     DeskHost(quorvane::ctlScheduler& control, PracticeStore& store);
+    ~DeskHost() override { store_.listen({}); }
+    DeskHost(const DeskHost&) = delete;
+    DeskHost& operator=(const DeskHost&) = delete;
 
     // Brings the control up from the store: colours, size, catalogue.
     void start(int widthPixels, int heightPixels);

@@ -1,9 +1,12 @@
 #include "desk_window.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
+#include <QMenuBar>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -24,62 +27,181 @@ QString qs(const std::string& s) { return QString::fromStdString(s); }
 
 } // namespace
 
-DeskWindow::DeskWindow(const QString& database, OleDate today, QWidget* parent) : QMainWindow(parent) {
+DeskWindow::DeskWindow(const QString& database, OleDate today, QWidget* parent)
+    : QMainWindow(parent), today_(today) {
     setWindowTitle("Practice Desk");
-    platform_.clock.setToday(today);
     store_.open(database, today);
-
-    // The widget becomes the control's container and takes its events; the tee
-    // hands each to the desk first, then to the widget, which shows it.
-    widget_ = new SchedulerWidget(control_, this);
-    widget_->setMessageTitle("Practice Desk");
-    tee_.sinks = {&host_, control_.eventSink()};
-    control_.setEventSink(&tee_);
-    setCentralWidget(widget_);
+    printFolder_ = QFileInfo(database).absolutePath();
+    buildMenus();
     statusBar()->showMessage("Ready");
+    resize(1280, 860);
+    build();
+}
 
-    photo_ = new QLabel(widget_);
+DeskWindow::~DeskWindow() {
+    tearDown();
+    recorder_.reset();
+}
+
+void DeskWindow::buildMenus() {
+    QMenu* session = menuBar()->addMenu("&Session");
+    session->addAction("&Start Afresh", this, [this] { restart(); });
+    recordAction_ = session->addAction("&Record to a Script...", this, [this] {
+        if (recording()) {
+            stopRecording();
+            return;
+        }
+        const QString file = QFileDialog::getSaveFileName(this, "Record the Session", "session.host",
+                                                          "Host scripts (*.host)");
+        if (!file.isEmpty() && !startRecording(file)) tell("The recording cannot be written to " + file + ".");
+    });
+}
+
+// The widget becomes the control's container and takes its events; the tee
+// hands each to the desk first, then to the widget, which shows it.
+void DeskWindow::build() {
+    s_ = std::make_unique<Session>(store_);
+    Session& s = *s_;
+    s.platform.clock.setToday(today_);
+    s.widget = new SchedulerWidget(s.control, this);
+    s.widget->setMessageTitle("Practice Desk");
+    // The desk sizes the control itself, as a call a recording hears.
+    s.widget->setResizesControl(false);
+    s.widget->installEventFilter(this);
+    s.tee.sinks = {&s.host, s.control.eventSink()};
+    s.control.setEventSink(&s.tee);
+    s.answering.desk = this;
+    s.answering.window = s.platform.messageBoxes;
+    s.platform.messageBoxes = &s.answering;
+    hear(s);
+    setCentralWidget(s.widget);
+
+    photo_ = new QLabel(s.widget);
     photo_->setObjectName("patientPhoto");
     photo_->setAlignment(Qt::AlignCenter);
     photo_->setStyleSheet("background: #e8e0d0; border: 1px solid #a09080; font: bold 14px;");
     photo_->hide();
 
-    host_.tell = [this](const QString& m) { tell(m); };
-    host_.note = [this](const QString& m) { statusBar()->showMessage(m, 8000); };
-    host_.choosePatient = [this] { return searchPatient(); };
-    host_.printDay = [this](const QString& resource, const QString& info) { print(resource, info); };
-    host_.showPhoto = [this](const QString& imageId) { showPhoto(imageId); };
-    printFolder_ = QFileInfo(database).absolutePath();
+    DeskHost& host = s.host;
+    host.tell = [this](const QString& m) { tell(m); };
+    host.note = [this](const QString& m) { statusBar()->showMessage(m, 8000); };
+    host.choosePatient = [this] { return searchPatient(); };
+    host.printDay = [this](const QString& resource, const QString& info) { print(resource, info); };
+    host.showPhoto = [this](const QString& imageId) { showPhoto(imageId); };
+    host.session().onRefused = [this](std::string_view member, const RuntimeError& e) {
+        statusBar()->showMessage("The schedule refused " + QString::fromUtf8(member.data(), member.size()) +
+                                     ": " + QString::fromStdString(e.reason()),
+                                 15000);
+    };
+    host.session().recorder = recorder_.get();
 
-    resize(1280, 860);
-    const QSize size = widget_->size();
-    host_.start(size.width(), size.height());
-    widget_->refresh();
+    if (layout()) layout()->activate();
+    controlSize_ = s.widget->size();
+    host.start(controlSize_.width(), controlSize_.height());
+    s.widget->refresh();
 }
 
-DeskWindow::~DeskWindow() {
-    // The widget goes while the control it shows is whole, and takes nothing
-    // of the tee with it.
-    setUnattended(false);
-    control_.setEventSink(nullptr);
-    delete widget_.data();
+// What crosses between the control and the desk, for a recording. The widget's
+// own hooks go on working behind each.
+void DeskWindow::hear(Session& s) {
+    Container& c = s.platform.container;
+    c.onUserGesture = [this](const UserGesture& g) {
+        if (recorder_) recorder_->gesture(g);
+    };
+    s.tee.before = [this](std::string_view name, const std::vector<Variant>& args) {
+        if (recorder_) recorder_->eventRaised(name, args);
+    };
+    s.tee.after = [this] {
+        if (recorder_) recorder_->eventDone();
+    };
+    c.onPropertyChanged = [this, shown = c.onPropertyChanged](std::string_view name) {
+        if (recorder_) recorder_->changed(name);
+        if (shown) shown(name);
+    };
+    c.onUntrappedError = [this, shown = c.onUntrappedError](const RuntimeError& e) {
+        if (recorder_) recorder_->untrapped(e);
+        if (shown) shown(e);
+    };
+    c.onShowModal = [this, shown = c.onShowModal](Form& form) {
+        if (recorder_) recorder_->modal(form.name);
+        if (shown) shown(form);
+    };
+    for (PopupMenu* menu : {&s.control.widgets().mnuRightClickScheduler, &s.control.widgets().mnuRightClickSchedulerApp})
+        menu->onPopup = [this, shown = menu->onPopup](PopupMenu& m, float x, float y) {
+            if (recorder_) recorder_->popup(m.name);
+            if (shown) shown(m, x, y);
+        };
 }
 
-void DeskWindow::setUnattended(bool on) {
-    unattended_ = on;
-    if (on && platform_.messageBoxes != &answering_) {
-        answering_.desk = this;
-        answering_.window = platform_.messageBoxes;
-        platform_.messageBoxes = &answering_;
-    } else if (!on && platform_.messageBoxes == &answering_) {
-        platform_.messageBoxes = answering_.window;
+void DeskWindow::tearDown() {
+    if (!s_) return;
+    if (recorder_) recorder_->flush();
+    s_->control.setEventSink(nullptr);
+    s_->platform.messageBoxes = s_->answering.window;
+    // The widget goes while the control it shows is whole.
+    delete s_->widget.data();
+    photo_ = nullptr;
+    s_.reset();
+}
+
+void DeskWindow::restart() {
+    tearDown();
+    build();
+    statusBar()->showMessage(recording() ? "Recording the session" : "Ready");
+}
+
+bool DeskWindow::startRecording(const QString& script, const QString& transcript) {
+    stopRecording();
+    if (!script.isEmpty()) scriptFile_.open(script.toStdString(), std::ios::binary | std::ios::trunc);
+    if (!transcript.isEmpty()) transcriptFile_.open(transcript.toStdString(), std::ios::binary | std::ios::trunc);
+    if ((!script.isEmpty() && !scriptFile_) || (!transcript.isEmpty() && !transcriptFile_)) {
+        scriptFile_.close();
+        transcriptFile_.close();
+        return false;
     }
+    // A script replays from a new control, so the recording starts from one.
+    tearDown();
+    recorder_ = std::make_unique<SessionRecorder>(scriptFile_.is_open() ? &scriptFile_ : nullptr,
+                                                  transcriptFile_.is_open() ? &transcriptFile_ : nullptr, today_,
+                                                  Screen{});
+    build();
+    if (recordAction_) recordAction_->setText("Stop &Recording");
+    statusBar()->showMessage("Recording the session" + (script.isEmpty() ? QString() : " to " + script));
+    return true;
 }
 
-MsgBoxResult DeskWindow::Answering::show(std::string_view text, MsgBoxButtons buttons, std::string_view) {
-    desk->statusBar()->showMessage(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
-                                   15000);
-    return buttons == MsgBoxButtons::YesNo ? MsgBoxResult::Yes : MsgBoxResult::OK;
+void DeskWindow::stopRecording() {
+    if (!recorder_) return;
+    recorder_->flush();
+    if (s_) s_->host.session().recorder = nullptr;
+    recorder_.reset();
+    scriptFile_.close();
+    transcriptFile_.close();
+    if (recordAction_) recordAction_->setText("&Record to a Script...");
+    statusBar()->showMessage("Recording stopped", 8000);
+}
+
+bool DeskWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (s_ && watched == s_->widget && event->type() == QEvent::Resize && s_->widget->size() != controlSize_) {
+        controlSize_ = s_->widget->size();
+        const auto clamp16 = [](int v) { return Variant(static_cast<std::int16_t>(std::clamp(v, 0, 32767))); };
+        s_->host.session().call("ResizeControl", {clamp16(controlSize_.height()), clamp16(controlSize_.width())});
+        s_->widget->refresh();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+MsgBoxResult DeskWindow::Answering::show(std::string_view text, MsgBoxButtons buttons, std::string_view title) {
+    MsgBoxResult answer;
+    if (desk->unattended_) {
+        desk->statusBar()->showMessage(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                                       15000);
+        answer = buttons == MsgBoxButtons::OK ? MsgBoxResult::OK : std::exchange(desk->nextAnswer_, MsgBoxResult::Yes);
+    } else {
+        answer = window->show(text, buttons, title);
+    }
+    if (desk->recorder_) desk->recorder_->messageBox(text, buttons, title, answer);
+    return answer;
 }
 
 void DeskWindow::tell(const QString& message) {
@@ -121,7 +243,7 @@ void DeskWindow::print(const QString& resource, const QString& info) {
     const OleDate day = makeDate(date.left(4).toInt(), date.mid(4, 2).toInt(), date.mid(6, 2).toInt());
     QString name = resource;
     for (int i = 0; i < kColumns; ++i)
-        if (qs(control_.ResourceValue(i)) == resource) name = qs(control_.widgets().cmbResource[i].text());
+        if (qs(s_->control.ResourceValue(i)) == resource) name = qs(s_->control.widgets().cmbResource[i].text());
     std::vector<StoredAppointment> appointments;
     try {
         appointments = store_.appointments(resource, day);
@@ -158,12 +280,12 @@ void DeskWindow::showPhoto(const QString& imageId) {
         photo_->hide();
         return;
     }
-    const PVCalendar& calendar = *control_.widgets().calCalendar;
-    const Screen& s = platform_.screen;
+    const PVCalendar& calendar = *s_->control.widgets().calCalendar;
+    const Screen& s = s_->platform.screen;
     photo_->setGeometry(qRound(calendar.left / s.twipsPerPixelX), qRound(calendar.top / s.twipsPerPixelY),
                         qRound(calendar.width / s.twipsPerPixelX),
                         qRound(calendar.height / s.twipsPerPixelY));
-    photo_->setText("Photo " + imageId + "\n" + qs(control_.widgets().txtPatName.text));
+    photo_->setText("Photo " + imageId + "\n" + qs(s_->control.widgets().txtPatName.text));
     photo_->show();
     photo_->raise();
 }

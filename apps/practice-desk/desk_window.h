@@ -1,16 +1,22 @@
 #pragma once
 // The practice desk's window: the scheduler as a Qt widget over the desk's
-// store, a patient search, the day's printout as a PDF, and the patient's
-// photo in place of the calendar.
+// store, a patient search, the day's printout as a PDF, the patient's photo in
+// place of the calendar, and a recording of the session as a host script.
 
 #include "desk_host.h"
 #include "event_tee.h"
+#include "session_recorder.h"
 
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
 #include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
+
+#include <fstream>
+#include <memory>
+
+class QAction;
 
 namespace practice {
 
@@ -21,12 +27,22 @@ public:
     DeskWindow(const QString& database, quorvane::OleDate today, QWidget* parent = nullptr);
     ~DeskWindow() override;
 
-    quorvane::SchedulerWidget& scheduler() { return *widget_; }
-    quorvane::ctlScheduler& control() { return control_; }
-    quorvane::Platform& platform() { return platform_; }
-    DeskHost& host() { return host_; }
+    // The control and what surrounds it; a restart makes them anew.
+    quorvane::SchedulerWidget& scheduler() { return *s_->widget; }
+    quorvane::ctlScheduler& control() { return s_->control; }
+    quorvane::Platform& platform() { return s_->platform; }
+    DeskHost& host() { return s_->host; }
+    EventTee& events() { return s_->tee; }
     PracticeStore& store() { return store_; }
-    EventTee& events() { return tee_; }
+
+    // Brings a new control up from the store, as at start.
+    void restart();
+    // Records the session from a new control on: the script to `script` and
+    // the transcript the console prints for it to `transcript`, each unless empty.
+    // Returns false when a file cannot be written.
+    bool startRecording(const QString& script, const QString& transcript = {});
+    void stopRecording();
+    bool recording() const { return recorder_ != nullptr; }
 
     // Where PrintDay writes its PDF, and the last one written.
     void setPrintFolder(const QString& folder) { printFolder_ = folder; }
@@ -37,35 +53,57 @@ public:
     const Printout& lastPrintout() const { return lastPrintout_; }
     // Whether the desk asks the user with dialogs (a patient search, a print
     // preview, its messages) or runs unattended, as a scripted morning does.
-    void setUnattended(bool on);
+    void setUnattended(bool on) { unattended_ = on; }
     // What an unattended patient search chooses.
     void setNextPatient(const QString& id) { nextPatient_ = id; }
+    // An unattended desk answers Yes to a question, unless told otherwise here.
+    void setNextAnswer(quorvane::MsgBoxResult answer) { nextAnswer_ = answer; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QString searchPatient();
-    void print(const QString& resource, const QString& info);
-    void showPhoto(const QString& imageId);
-    void tell(const QString& message);
-
-    quorvane::Platform platform_;
-    quorvane::ctlScheduler control_{platform_};
-    PracticeStore store_{"desk"};
-    DeskHost host_{control_, store_};
-    EventTee tee_;
-    QPointer<quorvane::SchedulerWidget> widget_;
-    QLabel* photo_ = nullptr;
-    QString printFolder_;
-    Printout lastPrintout_;
-    QString nextPatient_;
-    bool unattended_ = false;
-    // An unattended desk's message boxes: the words go to the status bar, and a
-    // question is answered Yes.
+    // An unattended desk's message boxes: the words go to the status bar and a
+    // question takes the next answer; an attended one asks the user. Either
+    // way a recording hears the box and its answer.
     struct Answering final : quorvane::MessageBoxService {
         DeskWindow* desk = nullptr;
         quorvane::MessageBoxService* window = nullptr;
         quorvane::MsgBoxResult show(std::string_view text, quorvane::MsgBoxButtons buttons,
                                     std::string_view title) override;
-    } answering_;
+    };
+    // One control with its platform, the desk's answers and the widget.
+    struct Session {
+        explicit Session(PracticeStore& store) : host(control, store) {}
+        quorvane::Platform platform;
+        quorvane::ctlScheduler control{platform};
+        DeskHost host;
+        EventTee tee;
+        QPointer<quorvane::SchedulerWidget> widget;
+        Answering answering;
+    };
+    void build();
+    void tearDown();
+    void hear(Session& s);
+    void buildMenus();
+    QString searchPatient();
+    void print(const QString& resource, const QString& info);
+    void showPhoto(const QString& imageId);
+    void tell(const QString& message);
+
+    PracticeStore store_{"desk"};
+    quorvane::OleDate today_;
+    std::unique_ptr<Session> s_;
+    QLabel* photo_ = nullptr;
+    QSize controlSize_;
+    QString printFolder_;
+    Printout lastPrintout_;
+    QString nextPatient_;
+    quorvane::MsgBoxResult nextAnswer_ = quorvane::MsgBoxResult::Yes;
+    bool unattended_ = false;
+    std::ofstream scriptFile_, transcriptFile_;
+    std::unique_ptr<SessionRecorder> recorder_;
+    QAction* recordAction_ = nullptr;
 };
 
 // The day's printout: the resource's day in slots of its length over the

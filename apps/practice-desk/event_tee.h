@@ -19,12 +19,23 @@ public:
     std::function<void(std::string_view name, const std::vector<Variant>& args)> before;
     std::function<void()> after;
 
+private:
+    // `after` runs however the sinks end, a failure of one included.
+    struct Done {
+        EventTee* tee;
+        ~Done() {
+            if (tee->after) tee->after();
+        }
+    };
+
+public:
+
 #define QUORVANE_TEE(Name, Params, Args, Values)                                                             \
     void Name Params override {                                                                              \
         if (before) before(#Name, Values);                                                                   \
+        const Done done{this};                                                                               \
         for (quorvane::ctlSchedulerEvents * sink : sinks)                                                    \
             sink->Name Args;                                                                                 \
-        if (after) after();                                                                                  \
     }
     QUORVANE_TEE(ValidatePatient, (Str a), (a), {a})
     QUORVANE_TEE(UpdateAppStatus, (Str a, Variant& b), (a, b), (std::vector<Variant>{a, b}))

@@ -1,6 +1,7 @@
 // practice-desk: a front desk's scheduler on the practice's database.
 //
 //   practice-desk [--database FILE|postgresql://...] [--today M/D/YYYY] [--morning FOLDER]
+//                 [--record SCRIPT] [--transcript FILE]
 //
 // Without a display it runs offscreen, and --morning plays a scripted morning
 // that leaves its screenshots in FOLDER.
@@ -30,7 +31,10 @@ int main(int argc, char** argv) {
     const QCommandLineOption today("today", "The date the desk takes as today.", "M/D/YYYY");
     const QCommandLineOption morning("morning", "Play a scripted morning; its screenshots go to FOLDER.",
                                      "FOLDER");
-    args.addOptions({database, today, morning});
+    const QCommandLineOption record("record", "Record the session as a host script to SCRIPT.", "SCRIPT");
+    const QCommandLineOption transcript(
+        "transcript", "Write the session's transcript, as scheduler-host prints it, to FILE.", "FILE");
+    args.addOptions({database, today, morning, record, transcript});
     args.process(app);
 
     QString location = args.value(database);
@@ -51,6 +55,11 @@ int main(int argc, char** argv) {
 
     try {
         practice::DeskWindow desk(location, quorvane::datePart(day));
+        if ((args.isSet(record) || args.isSet(transcript)) &&
+            !desk.startRecording(args.value(record), args.value(transcript))) {
+            std::fprintf(stderr, "practice-desk: the recording cannot be written\n");
+            return 1;
+        }
         if (args.isSet(morning)) {
             const QStringList shots = practice::playMorning(desk, args.value(morning));
             std::printf("The morning's screenshots and printout:\n");

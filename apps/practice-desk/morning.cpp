@@ -25,10 +25,68 @@ using namespace quorvane;
 namespace practice {
 
 namespace {
+QPoint toPoint(std::pair<int, int> p) { return {p.first, p.second}; }
+} // namespace
 
-class Morning {
+DeskUser::DeskUser(DeskWindow& desk) : desk_(desk) {}
+
+void DeskUser::settle() {
+    for (int i = 0; i < 5; ++i)
+        QApplication::processEvents();
+}
+
+void DeskUser::clickAt(int column, OleDate time, Qt::MouseButton button) {
+    DayViewWidget& w = *desk_.scheduler().dayView(column);
+    QTest::mouseClick(&w, button, {}, w.fromView(toPoint(*w.view().pointOfTime(time))));
+    settle();
+}
+
+void DeskUser::clickOn(int column, std::int32_t key, Qt::MouseButton button) {
+    DayViewWidget& w = *desk_.scheduler().dayView(column);
+    QTest::mouseClick(&w, button, {}, w.fromView(toPoint(*w.view().pointOfAppointment(key))));
+    settle();
+}
+
+void DeskUser::pick(const char* item) {
+    QMenu* menu = desk_.scheduler().openMenu();
+    if (!menu) return;
+    if (auto* action = menu->findChild<QAction*>(item)) action->trigger();
+    menu->close();
+    settle();
+}
+
+void DeskUser::drag(int fromColumn, std::int32_t key, int toColumn, OleDate time,
+                    const std::function<void()>& beforeDrop) {
+    DayViewWidget& from = *desk_.scheduler().dayView(fromColumn);
+    DayViewWidget& to = *desk_.scheduler().dayView(toColumn);
+    const QPoint start = from.fromView(toPoint(*from.view().pointOfAppointment(key)));
+    const QPoint target = to.mapTo(&desk_, to.fromView(toPoint(*to.view().pointOfTime(time))));
+    QTest::mousePress(&from, Qt::LeftButton, {}, start);
+    const QPoint startInWindow = from.mapTo(&desk_, start);
+    for (int step = 1; step <= 6; ++step) {
+        const QPoint p = startInWindow + (target - startInWindow) * step / 6;
+        QMouseEvent move(QEvent::MouseMove, from.mapFrom(&desk_, p), from.mapToGlobal(from.mapFrom(&desk_, p)),
+                         Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&from, &move);
+    }
+    settle();
+    if (beforeDrop) beforeDrop();
+    QTest::mouseRelease(&from, Qt::LeftButton, {}, from.mapFrom(&desk_, target));
+    settle();
+}
+
+void DeskUser::choose(const char* list, int steps) {
+    auto* box = desk_.scheduler().findChild<QWidget*>(list);
+    for (int i = 0; i < steps; ++i)
+        QTest::keyClick(box, Qt::Key_Down);
+    settle();
+}
+
+namespace {
+
+class Morning : DeskUser {
 public:
-    Morning(DeskWindow& desk, QString folder) : desk_(desk), folder_(std::move(folder)) {}
+    Morning(DeskWindow& desk, QString folder) : DeskUser(desk), desk_(desk), folder_(std::move(folder)) {}
 
     QStringList run() {
         QDir().mkpath(folder_);
@@ -50,27 +108,11 @@ public:
         pick("mnoSchedulePatientGeneral");
 
         // Dr. Ortiz's first patient is moved to Dr. Park's afternoon.
-        DayViewWidget& from = *desk_.scheduler().dayView(0);
-        DayViewWidget& to = *desk_.scheduler().dayView(1);
-        const std::int32_t key = from.view().appointmentSet().FirstAppointment()->Key();
-        const QPoint start = from.fromView(toPoint(*from.view().pointOfAppointment(key)));
-        const QPoint target =
-            to.mapTo(&desk_, to.fromView(toPoint(*to.view().pointOfTime(makeTime(12, 45, 0)))));
-        QTest::mousePress(&from, Qt::LeftButton, {}, start);
-        const QPoint startInWindow = from.mapTo(&desk_, start);
-        for (int step = 1; step <= 6; ++step) {
-            const QPoint p = startInWindow + (target - startInWindow) * step / 6;
-            QMouseEvent move(QEvent::MouseMove, from.mapFrom(&desk_, p),
-                             from.mapToGlobal(from.mapFrom(&desk_, p)), Qt::NoButton, Qt::LeftButton, {});
-            QApplication::sendEvent(&from, &move);
-        }
-        settle();
-        shot("drag.png");
-        QTest::mouseRelease(&from, Qt::LeftButton, {}, from.mapFrom(&desk_, target));
-        settle();
+        const std::int32_t key = desk_.control().GetDayView("1")->appointmentSet().FirstAppointment()->Key();
+        drag(0, key, 1, makeTime(12, 45, 0), [this] { shot("drag.png"); });
 
         // The patient in Dr. Park's column checks in.
-        const AppointmentRef moved = to.view().appointmentSet().items().back();
+        const AppointmentRef moved = desk_.control().GetDayView("2")->appointmentSet().items().back();
         clickOn(1, moved->Key(), Qt::RightButton);
         pick("mnoCheckIn");
 
@@ -93,30 +135,6 @@ public:
     }
 
 private:
-    static QPoint toPoint(std::pair<int, int> p) { return {p.first, p.second}; }
-
-    void settle() {
-        for (int i = 0; i < 5; ++i)
-            QApplication::processEvents();
-    }
-    void clickAt(int column, OleDate time, Qt::MouseButton button) {
-        DayViewWidget& w = *desk_.scheduler().dayView(column);
-        QTest::mouseClick(&w, button, {}, w.fromView(toPoint(*w.view().pointOfTime(time))));
-        settle();
-    }
-    void clickOn(int column, std::int32_t key, Qt::MouseButton button) {
-        DayViewWidget& w = *desk_.scheduler().dayView(column);
-        QTest::mouseClick(&w, button, {}, w.fromView(toPoint(*w.view().pointOfAppointment(key))));
-        settle();
-    }
-    // Picks an item of the context menu that stands open, as the user does.
-    void pick(const char* item) {
-        QMenu* menu = desk_.scheduler().openMenu();
-        if (!menu) return;
-        if (auto* action = menu->findChild<QAction*>(item)) action->trigger();
-        menu->close();
-        settle();
-    }
     // The window, with a context menu that stands open drawn where it stands.
     void shot(const char* name) {
         QImage image = desk_.grab().toImage();

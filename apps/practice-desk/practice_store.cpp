@@ -255,22 +255,27 @@ void PracticeStore::open(const QString& location, OleDate today) {
 bool PracticeStore::reconnect() {
     db_.close();
     if (!db_.open()) return false;
-    if (listening_) db_.driver()->subscribeToNotification(kChannel);
+    if (listening_) subscribe();
     return true;
 }
 
 void PracticeStore::listen(std::function<void(const QString& resource, OleDate day)> changed) {
-    if (!postgres_) return;
+    changed_ = std::move(changed);
+    if (!postgres_ || !changed_ || listening_) return;
     listening_ = true;
+    subscribe();
+}
+
+void PracticeStore::subscribe() {
     db_.driver()->subscribeToNotification(kChannel);
-    QObject::connect(db_.driver(), &QSqlDriver::notification,
-                     [changed = std::move(changed)](const QString& name,
-                                                    QSqlDriver::NotificationSource source,
-                                                    const QVariant& payload) {
+    if (heard_ == db_.driver()) return;
+    heard_ = db_.driver();
+    QObject::connect(heard_, &QSqlDriver::notification,
+                     [this](const QString& name, QSqlDriver::NotificationSource source, const QVariant& payload) {
                          // A desk's own changes are on its grid already.
-                         if (name != kChannel || source == QSqlDriver::SelfSource) return;
+                         if (name != kChannel || source == QSqlDriver::SelfSource || !changed_) return;
                          const QStringList parts = payload.toString().split('|');
-                         if (parts.size() == 2) changed(parts[0], fromStoredDate(parts[1] + " 00:00:00"));
+                         if (parts.size() == 2) changed_(parts[0], fromStoredDate(parts[1] + " 00:00:00"));
                      });
 }
 

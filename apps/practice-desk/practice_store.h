@@ -13,6 +13,7 @@
 #include <QString>
 #include <QVariantList>
 #include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlDriver>
 
 #include <functional>
 #include <stdexcept>
@@ -89,6 +90,7 @@ public:
     // Hears the changes of other desks on a shared database: the resource and the
     // day of each, delivered by the event loop. Nothing comes on SQLite.
     void listen(std::function<void(const QString& resource, quorvane::OleDate day)> changed);
+
     int schemaVersion() const;
     QSqlDatabase& database() { return db_; }
 
@@ -131,7 +133,10 @@ private:
     QString name_;
     QString location_;
     bool postgres_ = false;
+    void subscribe();
     bool listening_ = false;
+    QSqlDriver* heard_ = nullptr; // the driver whose notices reach changed_
+    std::function<void(const QString& resource, quorvane::OleDate day)> changed_;
     QSqlDatabase db_;
 };
 

@@ -30,6 +30,7 @@ void PVCalendar::setDateSelected(OleDate d, bool on) {
 }
 
 void PVCalendar::userPick(OleDate d) {
+    const auto gesture = userGesture("calendar %", {Variant(datePart(d))});
     value_ = OleDate(static_cast<double>(dayNumberOf(d)));
     if (!Change) return;
     const std::function<void(OleDate)> handler = Change;

@@ -17,7 +17,17 @@ constexpr float kTwipsPerViewPixel = 15.0f;
 
 std::int16_t buttonOf(bool right) { return right ? 2 : 1; }
 
+const char* clickName(bool right) { return right ? "rightclick " : "click "; }
+
 } // namespace
+
+// What a recording host hears. A day of the week view takes no gestures a
+// script could name, so it reports none.
+Container::GestureScope PVDayView::reportGesture(const std::string& action, const std::string& rest,
+                                                 std::vector<Variant> values) {
+    if (weekDay) return Container::GestureScope(nullptr);
+    return platform_.container.userGesture(action + focusName() + rest, std::move(values));
+}
 
 // The focus moves before GotFocus is raised: a handler that asks who has the
 // focus already hears this view.
@@ -30,12 +40,16 @@ void PVDayView::takeFocus() {
 
 bool PVDayView::userClickAt(OleDate t, bool right) {
     const auto point = pointOfTime(t);
-    return point && clickSlot(t, *point, right);
+    if (!point) return false;
+    const auto gesture = reportGesture(clickName(right), " at %", {Variant(timePart(t))});
+    return clickSlot(t, *point, right);
 }
 
 bool PVDayView::userClickOn(std::int32_t key, bool right) {
     const auto point = pointOfAppointment(key);
-    return point && clickAppointment(set_.Item(key), *point, right);
+    if (!point) return false;
+    const auto gesture = reportGesture(clickName(right), " on %", {Variant(key)});
+    return clickAppointment(set_.Item(key), *point, right);
 }
 
 // What lies under the point decides before any handler runs, as for the aimed clicks.
@@ -43,14 +57,21 @@ bool PVDayView::userPressAt(int x, int y, bool right) {
     if (x < 0 || x >= pixelWidth()) return false;
     const auto slot = slotAtPixel(y);
     if (!slot) return false;
-    if (const AppointmentRef app = set_.HitTest(x, y)) return clickAppointment(app, {x, y}, right);
+    if (const AppointmentRef app = set_.HitTest(x, y)) {
+        const auto gesture = reportGesture(clickName(right), " on %", {Variant(app->Key())});
+        return clickAppointment(app, {x, y}, right);
+    }
+    const auto gesture = reportGesture(clickName(right), " at %", {Variant(timePart(*slot))});
     return clickSlot(*slot, {x, y}, right);
 }
 
+// A double click on a free slot is a click there, and is heard as one.
 bool PVDayView::userDblClickAt(int x, int y) {
-    const bool onAppointment = set_.HitTest(x, y) != nullptr;
-    if (!userPressAt(x, y)) return false;
-    if (onAppointment) fromUser([&] { raise(DblClick, index_); });
+    const AppointmentRef app = set_.HitTest(x, y);
+    if (!app || x < 0 || x >= pixelWidth() || !slotAtPixel(y)) return userPressAt(x, y);
+    const auto gesture = reportGesture("dblclick ", " on %", {Variant(app->Key())});
+    userPressAt(x, y);
+    fromUser([&] { raise(DblClick, index_); });
     return true;
 }
 
@@ -79,18 +100,22 @@ bool PVDayView::clickAppointment(const AppointmentRef& app, std::pair<int, int> 
 }
 
 bool PVDayView::userDblClickOn(std::int32_t key) {
+    if (!pointOfAppointment(key)) return false;
+    const auto gesture = reportGesture("dblclick ", " on %", {Variant(key)});
     if (!userClickOn(key)) return false;
     fromUser([&] { raise(DblClick, index_); });
     return true;
 }
 
 void PVDayView::userSlot(OleDate t) {
+    const auto gesture = reportGesture("slot ", " %", {Variant(timePart(t))});
     selectSlotOnly(t);
     fromUser([&] { raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
 }
 
 bool PVDayView::userType(OleDate t, std::string text) {
     if (!pointOfTime(t)) return false;
+    const auto gesture = reportGesture("type ", " at % %", {Variant(timePart(t)), Variant(text)});
     const OleDate start = slotStartOnCurrentDate(t);
     const AppointmentRef app = set_.Add(std::move(text), start, addMinutes(start, slotMinutes()));
     raiseWithUndo(removalOf(app), [&] { fromUser([&] { raise(AfterAdd, index_, app); }); });
@@ -99,6 +124,7 @@ bool PVDayView::userType(OleDate t, std::string text) {
 
 bool PVDayView::userResize(std::int32_t key, OleDate end) {
     if (!pointOfAppointment(key) || !pointOfTime(end)) return false;
+    const auto gesture = reportGesture("resize ", " % to %", {Variant(key), Variant(timePart(end))});
     const AppointmentRef app = set_.Item(key);
     const OleDate oldEnd = app->EndDateTime;
     app->EndDateTime = onDay(app->StartDateTime, end);
@@ -112,12 +138,15 @@ bool PVDayView::userResize(std::int32_t key, OleDate end) {
 bool PVDayView::userDelete(std::int32_t key) {
     const AppointmentRef app = set_.Item(key);
     if (!app) return false;
+    const auto gesture = reportGesture("delete ", " %", {Variant(key)});
     runRemove(app, true);
     return true;
 }
 
 bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     if (!pointOfAppointment(key) || !target.pointOfTime(start)) return false;
+    const auto gesture =
+        reportGesture("drag ", " % to " + target.focusName() + " %", {Variant(key), Variant(timePart(start))});
     const AppointmentRef original = set_.Item(key);
     fromUser([&] { raise(BeforeDrag, index_, original); });
     // A drag whose appointment was taken away while it began has nothing to drop.
@@ -142,9 +171,15 @@ bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     return true;
 }
 
-void PVDayView::userScroll(OleDate t) { moveTop(onDay(currentDate_, t), true); }
+void PVDayView::userScroll(OleDate t) {
+    const auto gesture = reportGesture("scroll ", " to %", {Variant(timePart(t))});
+    moveTop(onDay(currentDate_, t), true);
+}
 
-void PVDayView::userDate(OleDate d) { moveDate(d, true); }
+void PVDayView::userDate(OleDate d) {
+    const auto gesture = reportGesture("date ", " %", {Variant(d)});
+    moveDate(d, true);
+}
 
 void PVDayView::pressButton(bool right, std::pair<int, int> point) {
     fromUser([&] {

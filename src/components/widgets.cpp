@@ -45,6 +45,13 @@ void PickList::setListIndex(int index) {
     select(index);
 }
 
+void PickList::userPick(int index) {
+    if (index < -1 || index >= listCount())
+        throw InvalidPropertyValue("list index " + std::to_string(index) + " out of range in " + name);
+    const auto gesture = userGesture("pick " + name + " %", {Variant(list(index))});
+    select(index);
+}
+
 // Runs the click handling even when the item was selected already: a caller that
 // assigns the current text relies on the handler running again.
 void PickList::select(int index) {
@@ -64,6 +71,7 @@ void TextField::userType(std::string_view typed) {
         }
         typed = typed.substr(0, end);
     }
+    const auto gesture = userGesture("type " + name + " %", {Variant(std::string(typed))});
     text = std::string(typed);
 }
 
@@ -72,6 +80,17 @@ void ScrollBar::setMax(std::int16_t m) {
     if (value <= max) return;
     value = max;
     run(onChange);
+}
+
+void ScrollBar::userScroll(std::int16_t v) {
+    const auto gesture = userGesture("scroll " + name + " %", {Variant(v)});
+    setValue(v);
+}
+
+void MenuItem::userPick() {
+    const auto gesture =
+        container ? container->userGesture("menu " + name) : Container::GestureScope(nullptr);
+    run(onClick);
 }
 
 void ScrollBar::setValue(std::int16_t v) {

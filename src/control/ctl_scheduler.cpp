@@ -156,6 +156,8 @@ MenuItem* ctlScheduler::findMenuItem(std::string_view n) {
 
 ctlScheduler::ctlScheduler(Platform& platform) : platform_(platform) {
     designWidgets();
+    for (MenuItem* item : w_.menuItems)
+        item->container = &platform_.container;
     wireHandlers();
     UserControl_Initialize();
 }

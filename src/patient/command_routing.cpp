@@ -142,6 +142,8 @@ void ctlScheduler::UserControl_KeyPress(std::int16_t KeyAscii) {
 }
 
 void ctlScheduler::userKeyPress(int code, TextField* focused) {
+    const auto gesture = platform_.container.userGesture(focused ? "key % in " + focused->name : "key %",
+                                                         {Variant(static_cast<std::int32_t>(code))});
     fromUser([&] { UserControl_KeyPress(static_cast<std::int16_t>(code)); });
     if (focused && focused->onKeyPress) {
         const std::function<void(int)> handler = focused->onKeyPress;

@@ -264,7 +264,7 @@ void addItems(QMenu& menu, const std::vector<MenuItem*>& items, SchedulerWidget&
         action->setChecked(item->checked);
         QObject::connect(action, &QAction::triggered, &owner, [&owner, item] {
             owner.runGesture([&] {
-                if (owner.control().UserControlEnabled() && item->enabled && item->onClick) item->onClick();
+                if (owner.control().UserControlEnabled() && item->enabled) item->userPick();
             });
         });
     }

@@ -99,7 +99,7 @@ void SchedulerWidget::build() {
         auto* box = new QComboBox(this);
         box->setObjectName(QString::fromStdString(model.name));
         connect(box, &QComboBox::activated, this,
-                [this, &model](int index) { runGesture([&] { model.setListIndex(index); }); });
+                [this, &model](int index) { runGesture([&] { model.userPick(index); }); });
         lists_.push_back({&model, box});
     };
     for (int i = 0; i < kColumns; ++i) {
@@ -132,7 +132,7 @@ void SchedulerWidget::build() {
         b->setObjectName(QString::fromStdString(model->name));
         b->setFocusPolicy(Qt::TabFocus);
         connect(b, &QPushButton::clicked, this,
-                [this, model = model] { runGesture([&] { model->click(); }); });
+                [this, model = model] { runGesture([&] { model->userClick(); }); });
         buttons_.push_back({model, b, icon});
     }
 
@@ -149,7 +149,7 @@ void SchedulerWidget::build() {
     columnScroll_->setObjectName(QStringLiteral("sbSchedule"));
     connect(columnScroll_, &QScrollBar::valueChanged, this, [this](int value) {
         if (syncing_) return;
-        runGesture([&] { control_->widgets().sbSchedule.setValue(static_cast<std::int16_t>(value)); });
+        runGesture([&] { control_->widgets().sbSchedule.userScroll(static_cast<std::int16_t>(value)); });
     });
     for (DayViewWidget* v : dayViews_)
         v->installEventFilter(this);

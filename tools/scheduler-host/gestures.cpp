@@ -62,7 +62,7 @@ void Console::doGesture(const Gesture& g) {
         }
         if (item->isSeparator()) throw ScriptError("'" + name + "' is a separator");
         if (!control_->UserControlEnabled() || !item->enabled) return emit("~ disabled");
-        if (item->onClick) item->onClick();
+        item->userPick();
         return;
     }
     openMenu_ = nullptr; // any other gesture closes an open menu first
@@ -99,7 +99,7 @@ void Console::doGesture(const Gesture& g) {
         for (int i = 0; i < list->listCount() && found < 0; ++i)
             if (list->list(i) == item) found = i;
         if (found < 0) throw ScriptError(quote(item) + " is no item of " + list->name);
-        list->setListIndex(found);
+        list->userPick(found);
         return;
     }
     if (a == "key") {
@@ -130,7 +130,7 @@ void Console::doGesture(const Gesture& g) {
         if (value < w.sbSchedule.min || value > w.sbSchedule.max)
             throw ScriptError("the scroll bar runs from " + std::to_string(w.sbSchedule.min) + " to " +
                               std::to_string(w.sbSchedule.max));
-        w.sbSchedule.setValue(static_cast<std::int16_t>(value));
+        w.sbSchedule.userScroll(static_cast<std::int16_t>(value));
         return;
     }
     if (a == "click" && g.aim.empty()) {
@@ -138,7 +138,7 @@ void Console::doGesture(const Gesture& g) {
         if (!button) throw ScriptError("'" + target.name + "' is no button" + suggestWidget(target.name));
         if (!enabled || !button->enabled) return emit("~ disabled");
         if (!button->visible) return emit("~ hidden");
-        button->click();
+        button->userClick();
         return;
     }
     if (a == "type" && g.aim.empty()) {

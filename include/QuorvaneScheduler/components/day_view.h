@@ -292,6 +292,8 @@ private:
     // Raises `fire` as the user's gesture when `user`, else as a plain raise from code.
     void raiseAs(bool user, const std::function<void()>& fire) { user ? fromUser(fire) : fire(); }
     void moveDate(OleDate d, bool user);
+    Container::GestureScope reportGesture(const std::string& action, const std::string& rest,
+                                          std::vector<Variant> values);
     void moveTop(OleDate t, bool user);
 
     Platform& platform_;

@@ -4,10 +4,13 @@
 // the control. Each is a small object the host (or a test) can replace.
 
 #include <QuorvaneScheduler/ole_date.h>
+#include <QuorvaneScheduler/variant.h>
 
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace quorvane {
 
@@ -49,6 +52,14 @@ struct Screen {
     float twipsPerPixelY = 15.0f;
 };
 
+// A gesture of the user as a script of the host console writes it after "user ":
+// `pattern` with each "%" standing for the next of `values`, as in
+// "drag dvwResource(0) % to dvwResource(2) %".
+struct UserGesture {
+    std::string pattern;
+    std::vector<Variant> values;
+};
+
 // The container of the control: its enabled state, which widget has the focus,
 // and the report of a changed property.
 class Container {
@@ -86,9 +97,40 @@ public:
         if (onUntrappedError) onUntrappedError(e);
     }
 
+    // Hooked by a host that records the session: hears each gesture of the user
+    // as it begins, before it raises anything. A gesture that starts while
+    // another runs (a form closed from inside the command that showed it) is
+    // part of that one and is not heard.
+    std::function<void(const UserGesture&)> onUserGesture;
+    class GestureScope {
+    public:
+        explicit GestureScope(Container* c) : c_(c) {}
+        GestureScope(GestureScope&& o) noexcept : c_(std::exchange(o.c_, nullptr)) {}
+        GestureScope(const GestureScope&) = delete;
+        GestureScope& operator=(const GestureScope&) = delete;
+        GestureScope& operator=(GestureScope&&) = delete;
+        ~GestureScope() {
+            if (c_) --c_->gestureDepth_;
+        }
+
+    private:
+        Container* c_;
+    };
+    // Called by the widget that takes a gesture, once it knows the gesture will
+    // happen; the gesture lasts as long as the scope.
+    [[nodiscard]] GestureScope userGesture(std::string pattern, std::vector<Variant> values = {}) {
+        GestureScope scope(this);
+        if (++gestureDepth_ == 1 && onUserGesture) {
+            const std::function<void(const UserGesture&)> hook = onUserGesture;
+            hook(UserGesture{std::move(pattern), std::move(values)});
+        }
+        return scope;
+    }
+
 private:
     bool enabled_ = true;
     std::string active_;
+    int gestureDepth_ = 0;
 };
 
 // Everything a control takes from its surroundings. The host owns it and keeps it

@@ -26,6 +26,12 @@ struct WidgetBase {
         if (container) container->setActiveControl(name);
     }
     bool hasFocus() const { return container && container->activeControl() == name; }
+
+    // Opens a gesture of the user on this widget (see Container::userGesture).
+    Container::GestureScope userGesture(std::string pattern, std::vector<Variant> values = {}) const {
+        return container ? container->userGesture(std::move(pattern), std::move(values))
+                         : Container::GestureScope(nullptr);
+    }
 };
 
 // A drop-down pick list whose text is always one of its items (or empty with no
@@ -49,6 +55,8 @@ public:
     // -1 clears the selection; an index below -1 or past the end fails with
     // InvalidPropertyValue and leaves the selection as it was.
     void setListIndex(int index);
+    // The user's pick of an item: the same as setListIndex, heard as a gesture.
+    void userPick(int index);
 
 private:
     void select(int index);
@@ -89,6 +97,11 @@ public:
         if (onClick) onClick();
         return true;
     }
+    bool userClick() {
+        if (!visible || !enabled) return false;
+        const auto gesture = userGesture("click " + name);
+        return click();
+    }
 };
 
 class ScrollBar : public WidgetBase {
@@ -102,6 +115,8 @@ public:
     void setMax(std::int16_t m);
     // Outside min..max is InvalidPropertyValue; a new value runs onChange.
     void setValue(std::int16_t v);
+    // The user moves the thumb: the same as setValue, heard as a gesture.
+    void userScroll(std::int16_t v);
 };
 
 class MenuItem {
@@ -116,8 +131,11 @@ public:
     bool checked = false;
     std::function<void()> onClick;
     std::vector<MenuItem*> children; // a submenu's items, owned elsewhere
+    Container* container = nullptr;
 
     bool isSeparator() const { return caption == kSeparator; }
+    // The user picks the item from its open menu: runs onClick.
+    void userPick();
 };
 
 // A context menu. Opening it is a request to the host's window; the control

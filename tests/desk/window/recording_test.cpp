@@ -1,0 +1,125 @@
+// Sessions at the desk's window, recorded and replayed by the host console: the
+// console prints for the recorded script exactly the transcript the desk wrote
+// live, byte for byte.
+
+#include "morning.h"
+
+#include <console.h>
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+using namespace quorvane;
+
+namespace practice {
+namespace {
+
+const OleDate kToday = makeDate(2026, 11, 23);
+
+std::string slurp(const QString& path) {
+    std::ifstream in(path.toStdString(), std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+using Session = std::function<void(DeskWindow&, DeskUser&, const QString& database)>;
+
+struct Case {
+    const char* name;
+    Session play;
+    const char* shows; // a line the live transcript must hold
+};
+
+std::int32_t firstKey(DeskWindow& desk, const char* column) {
+    return desk.control().GetDayView(column)->appointmentSet().FirstAppointment()->Key();
+}
+
+const Case kCases[] = {
+    {"a booking",
+     [](DeskWindow& desk, DeskUser& user, const QString&) {
+         desk.setNextPatient("5503");
+         QTest::mouseClick(desk.scheduler().findChild<QWidget*>("cmdPatientSearch"), Qt::LeftButton);
+         user.clickAt(0, makeTime(11, 0, 0));
+         user.clickAt(0, makeTime(11, 0, 0), Qt::RightButton);
+         user.pick("mnoSchedulePatientGeneral");
+     },
+     "event AddApptWithPatient(\"1\", \"501\")"},
+    // Another desk changed the appointment first: the move is refused, and the
+    // desk reloads its columns from inside the event.
+    {"a drag across columns that the desk refuses",
+     [](DeskWindow& desk, DeskUser& user, const QString& database) {
+         PracticeStore other("other desk");
+         other.open(database, kToday);
+         const StoredAppointment first = other.appointments("501", kToday).front();
+         other.setStatus(first.id, first.version, "Confirmed");
+         user.drag(0, firstKey(desk, "1"), 1, makeTime(12, 45, 0));
+     },
+     "  event ResourceOnClick(1, \"501\", #11/23/2026#)"},
+    {"a status change",
+     [](DeskWindow& desk, DeskUser& user, const QString&) {
+         user.clickOn(1, firstKey(desk, "2"), Qt::RightButton);
+         user.pick("mnoCheckIn");
+     },
+     "event UpdateAppStatus(\"502\", \"Checked-In\")"},
+    {"a group switch", [](DeskWindow&, DeskUser& user, const QString&) { user.choose("cmbResourceGroup", 1); },
+     "event ResourceOnClick(1, \"610\", #11/23/2026#)"},
+    {"the week view",
+     [](DeskWindow& desk, DeskUser& user, const QString&) {
+         // The user reads the week, then closes it with its own button.
+         auto* reader = new QTimer(&desk);
+         QObject::connect(reader, &QTimer::timeout, [reader] {
+             if (QWidget* week = QApplication::activeModalWidget()) {
+                 reader->stop();
+                 QTest::mouseClick(week->findChild<QWidget*>("cmdClose"), Qt::LeftButton);
+             }
+         });
+         reader->start(20);
+         user.clickAt(0, makeTime(11, 30, 0), Qt::RightButton);
+         user.pick("mnoWeekView");
+     },
+     "modal frmWeekView"},
+    {"a deletion answered No",
+     [](DeskWindow& desk, DeskUser& user, const QString&) {
+         desk.setNextAnswer(MsgBoxResult::No);
+         user.clickOn(0, firstKey(desk, "1"), Qt::RightButton);
+         user.pick("mnoDeleteApp");
+     },
+     ") -> No"},
+};
+
+TEST(Recording, EverySessionReplaysToItsOwnTranscript) {
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        QTemporaryDir dir;
+        const QString database = dir.filePath("practice.sqlite");
+        std::string script, live;
+        {
+            DeskWindow desk(database, kToday);
+            desk.setUnattended(true);
+            desk.show();
+            DeskUser user(desk);
+            ASSERT_TRUE(desk.startRecording(dir.filePath("session.host"), dir.filePath("live.txt")));
+            user.settle();
+            c.play(desk, user, database);
+            desk.stopRecording();
+            script = slurp(dir.filePath("session.host"));
+            live = slurp(dir.filePath("live.txt"));
+        }
+        std::ostringstream replayed, err;
+        host::Console console(replayed, kToday);
+        EXPECT_EQ(console.run("session.host", script, err), 0) << err.str();
+        EXPECT_EQ(replayed.str(), live) << script;
+        EXPECT_NE(live.find(c.shows), std::string::npos) << live;
+    }
+}
+
+} // namespace
+} // namespace practice
