@@ -52,11 +52,13 @@ void SessionRecorder::begin(std::string text, bool byUser) {
     flush();
     started_ = true;
     step_ = std::move(text);
-    // Every gesture carries its time; the desk's own calls, once per run of them.
-    if (byUser)
-        stamp_ = "' " + clockNow();
-    else if (!deskRun_)
-        stamp_ = "' " + clockNow() + " the desk";
+    // The time stands before a gesture, and before a run of the desk's own
+    // calls; it holds for the lines after it until the next.
+    const std::string now = clockNow();
+    if (byUser ? now != lastTime_ || deskRun_ : !deskRun_) {
+        stamp_ = "' " + now + (byUser ? "" : " the desk");
+        lastTime_ = now;
+    }
     deskRun_ = !byUser;
 }
 

@@ -72,6 +72,7 @@ private:
     std::vector<Line> lines_;
     std::vector<int> open_; // the raises whose handlers run now, innermost last
     bool deskRun_ = false;  // the last step was a call of the desk's own
+    std::string lastTime_;  // of the last comment written
 };
 
 } // namespace practice

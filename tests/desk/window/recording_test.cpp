@@ -50,6 +50,7 @@ const Case kCases[] = {
          user.clickAt(0, makeTime(11, 0, 0));
          user.clickAt(0, makeTime(11, 0, 0), Qt::RightButton);
          user.pick("mnoSchedulePatientGeneral");
+         QTest::keyClicks(desk.scheduler().findChild<QWidget*>("txtAppComments"), "Late");
      },
      "event AddApptWithPatient(\"1\", \"501\")"},
     // Another desk changed the appointment first: the move is refused, and the
