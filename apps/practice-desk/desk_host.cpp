@@ -43,7 +43,10 @@ void DeskHost::start(int widthPixels, int heightPixels) {
     session_.set("TaskingEnabled", Variant("true"));
     session_.call("ResizeControl", {Variant(static_cast<std::int16_t>(heightPixels)),
                                     Variant(static_cast<std::int16_t>(widthPixels))});
-    store_.listen([this](const QString& resource, OleDate day) { otherDeskChanged(resource, day); });
+    store_.listen([this](const QString& resource, OleDate day) {
+        otherDeskChanged(resource, day);
+        if (changedOutside) changedOutside();
+    });
     const Catalogue c = store_.catalogue();
     // Views and defaults first: assigning the groups selects the default group
     // at once, and that reads both.

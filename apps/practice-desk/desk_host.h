@@ -38,6 +38,7 @@ public:
     std::function<void(const QString& resource, const QString& info)> printDay;
     std::function<void(const QString& imageId)> showPhoto; // empty: take it away
     std::function<void(const QString& what)> note;         // commands the desk only mentions
+    std::function<void()> changedOutside; // the desk changed the control outside any event
 
     // The events, in the order of the interface.
     using Str = const std::string&;

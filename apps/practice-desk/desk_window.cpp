@@ -15,6 +15,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 using namespace quorvane;
@@ -36,6 +37,16 @@ DeskWindow::DeskWindow(const QString& database, OleDate today, QWidget* parent)
     statusBar()->showMessage("Ready");
     resize(1280, 860);
     build();
+
+    // While the database is out of reach the control stays disabled; the desk
+    // tries it again every few seconds and reloads once it is back.
+    auto* retry = new QTimer(this);
+    QObject::connect(retry, &QTimer::timeout, this, [this] {
+        if (!s_ || !s_->host.offline() || !s_->host.retry()) return;
+        s_->widget->refresh();
+        statusBar()->showMessage("The database is back; the schedule is loaded again.", 8000);
+    });
+    retry->start(3000);
 }
 
 DeskWindow::~DeskWindow() {
@@ -94,6 +105,7 @@ void DeskWindow::build() {
                                  15000);
     };
     host.session().recorder = recorder_.get();
+    host.changedOutside = [this] { s_->widget->refresh(); };
 
     if (layout()) layout()->activate();
     controlSize_ = s.widget->size();

@@ -12,6 +12,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QMessageBox>
+#include <QSettings>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -37,7 +38,10 @@ int main(int argc, char** argv) {
     args.addOptions({database, today, morning, record, transcript});
     args.process(app);
 
+    // The database comes from the command line, else from the desk's settings
+    // ("database" in practice-desk.conf), else a SQLite file of the user's own.
     QString location = args.value(database);
+    if (location.isEmpty()) location = QSettings("practice-desk", "practice-desk").value("database").toString();
     if (location.isEmpty()) {
         const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
         QDir().mkpath(folder);
