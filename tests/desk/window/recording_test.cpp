@@ -122,5 +122,41 @@ TEST(Recording, EverySessionReplaysToItsOwnTranscript) {
     }
 }
 
+// A host that loads the second column again from inside the first one's load:
+// a raise nested in a raise of the same event must find its handlers in place.
+TEST(Recording, ARaiseInsideARaiseOfTheSameEventReplays) {
+    Platform platform;
+    platform.clock.setToday(kToday);
+    ctlScheduler control(platform);
+    std::ostringstream script, live;
+    {
+        SessionRecorder recorder(&script, &live, kToday, platform.screen);
+        ControlSession session(control);
+        session.recorder = &recorder;
+        bool reloaded = false;
+        EventsByName host([&](std::string_view name, std::vector<Variant>& args) {
+            if (name != "ResourceOnClick") return;
+            session.call("DisplayTopIndex", {Variant(makeDateTime(2026, 11, 23, 9, 0, 0)), args[0]});
+            if (args[0].toLong() == 1 && !std::exchange(reloaded, true))
+                session.call("RefreshSchedule", {Variant(std::int16_t{2})});
+        });
+        EventTee tee;
+        tee.sinks = {&host};
+        tee.before = [&](std::string_view name, const std::vector<Variant>& args) { recorder.eventRaised(name, args); };
+        tee.after = [&] { recorder.eventDone(); };
+        control.setEventSink(&tee);
+        platform.container.onPropertyChanged = [&](std::string_view name) { recorder.changed(name); };
+        session.set("ResourceGroupViews", Variant("10~Main Office~2~2"));
+        session.set("ResourceGroupDefaults", Variant("10~Main Office~501~1~~10~Main Office~502~2"));
+        session.set("ResourceGroups", Variant("10~Main Office~Y~501~One~Staff~A~~10~Main Office~N~502~Two~Staff~A"));
+        control.setEventSink(nullptr);
+    }
+    std::ostringstream replayed, err;
+    host::Console console(replayed, kToday);
+    EXPECT_EQ(console.run("nested.host", script.str(), err), 0) << err.str();
+    EXPECT_EQ(replayed.str(), live.str()) << script.str();
+    EXPECT_NE(live.str().find("\n  event ResourceOnClick(2, "), std::string::npos) << live.str();
+}
+
 } // namespace
 } // namespace practice
