@@ -150,13 +150,17 @@ void DeskWindow::tearDown() {
     if (recorder_) recorder_->flush();
     s_->control.setEventSink(nullptr);
     s_->platform.messageBoxes = s_->answering.window;
-    // The widget goes while the control it shows is whole.
+    // The widget goes while the control it shows is whole, and unheard: what
+    // it sends while it dies is no longer a SchedulerWidget's.
+    s_->widget->removeEventFilter(this);
     delete s_->widget.data();
     photo_ = nullptr;
     s_.reset();
 }
 
+// A script plays on one control from its start, so a recording ends here.
 void DeskWindow::restart() {
+    stopRecording();
     tearDown();
     build();
     statusBar()->showMessage(recording() ? "Recording the session" : "Ready");

@@ -35,7 +35,7 @@ public:
     EventTee& events() { return s_->tee; }
     PracticeStore& store() { return store_; }
 
-    // Brings a new control up from the store, as at start.
+    // Brings a new control up from the store, as at start; a recording ends.
     void restart();
     // Records the session from a new control on: the script to `script` and
     // the transcript the console prints for it to `transcript`, each unless empty.
