@@ -24,6 +24,7 @@ std::string arg(std::int16_t v) { return std::to_string(v); }
 std::string arg(float v) { return std::to_string(std::lround(v)); }
 std::string arg(OleDate d) { return generalDateText(d); }
 std::string arg(const AppointmentRef& a) { return std::to_string(a->Key()); }
+std::string text(const std::optional<OleDate>& t) { return t ? generalDateText(*t) : "none"; }
 
 // Views on 1/15/2008 whose events all go to one log; `hook` runs after each line.
 struct DayViewTest : ::testing::Test {
@@ -38,23 +39,21 @@ struct DayViewTest : ::testing::Test {
         };
     }
     void listen(PVDayView& v) {
+        // clang-format off
         v.GotFocus = logger<>("GotFocus"), v.Click = logger<>("Click"), v.DblClick = logger<>("DblClick");
         v.MouseButton = logger<std::int16_t, std::int16_t, float, float>("MouseButton");
-        v.AfterAdd = logger<AppointmentRef>("AfterAdd"),
-        v.BeforeRemove = logger<AppointmentRef>("BeforeRemove");
-        v.AfterResize = logger<AppointmentRef>("AfterResize"),
-        v.BeforeDrag = logger<AppointmentRef>("BeforeDrag");
+        v.AfterAdd = logger<AppointmentRef>("AfterAdd"), v.BeforeRemove = logger<AppointmentRef>("BeforeRemove");
+        v.AfterResize = logger<AppointmentRef>("AfterResize"), v.BeforeDrag = logger<AppointmentRef>("BeforeDrag");
         v.AfterDrag = logger<AppointmentRef>("AfterDrag"), v.DateChange = logger<OleDate>("DateChange");
-        v.TopIndexChange = logger<OleDate>("TopIndexChange"),
-        v.TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
+        v.TopIndexChange = logger<OleDate>("TopIndexChange"), v.TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
+        // clang-format on
     }
     // The events since the last call, or "refused" for a gesture that did nothing.
     std::string took(bool done) {
         std::string s;
-        for (const std::string& line : log)
-            s += (s.empty() ? "" : " ") + line;
-        log.clear();
-        return done ? s : s + "refused";
+        for (const std::string& line : std::exchange(log, {}))
+            s += line + " ";
+        return done ? s.substr(0, s.size() - !s.empty()) : s + "refused";
     }
     std::string selectedSlots() const {
         std::string s;
@@ -81,8 +80,6 @@ struct DayViewTest : ::testing::Test {
     Log log;
     std::function<void(const std::string& event)> hook;
 };
-struct AppointmentSetTest : DayViewTest {};
-struct GestureTest : DayViewTest {};
 
 TEST_F(DayViewTest, PropertiesCellsAndFailures) {
     view.setCurrentDate(at(17, 0)); // the same day: no event
@@ -156,7 +153,7 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     view.setIncrements(1);
     view.setTopIndex(makeTime(8, 0, 0));
     auto hit = [&](int x, int y) { return set.HitTest(x, y) ? set.HitTest(x, y)->Key() : 0; };
-    const std::vector<std::pair<int, int>> hits{{40, 40}, {60, 79}, {70, 79}, {82, 60}, {50, 80}, {50, 39},
+    const std::vector<std::pair<int, int>> hits{{40, 40}, {60, 79}, {70, 79},  {82, 60},  {50, 80}, {50, 39},
                                                 {70, 65}, {50, 65}, {50, 459}, {50, 460}, {39, 40}, {-1, 40}};
     std::vector<int> found;
     for (const auto& [x, y] : hits)
@@ -176,7 +173,7 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     EXPECT_EQ(hit(0, 0), 0);
 }
 
-TEST_F(AppointmentSetTest, KeysAndRemoveUnderReentrantHandlers) {
+TEST_F(DayViewTest, KeysAndRemoveUnderReentrantHandlers) {
     struct Case {
         const char* name;
         std::function<void(PVDayView&)> handler; // of the first BeforeRemove
@@ -206,22 +203,15 @@ TEST_F(AppointmentSetTest, KeysAndRemoveUnderReentrantHandlers) {
         EXPECT_EQ(first->view(), v.appointmentSet().Item(1) ? &v : nullptr) << c.name;
     }
 
+    // A key no appointment has fails; an appointment outlives its view.
     auto owner = std::make_unique<PVDayView>(platform, 0);
-    AppointmentSet& set = owner->appointmentSet();
-    for (const char* text : {"a", "b", "c"})
-        set.Add(text, at(9, 0), at(9, 30));
-    set.Remove(2);
-    EXPECT_THROW(set.Remove(2), InvalidProcedureCall);
-    EXPECT_EQ(set.NextAppointment(set.FirstAppointment())->Key(), 3);
-    set.RemoveAll();
-    const AppointmentRef d = set.Add("d", at(9, 0), at(9, 30));
-    EXPECT_EQ(d->Key(), 4) << "keys are never given twice";
-    EXPECT_EQ(d->BackColor, PVDayView::kDefaultAppointmentColor);
+    const AppointmentRef d = owner->appointmentSet().Add("d", at(9, 0), at(9, 30));
+    EXPECT_THROW(owner->appointmentSet().Remove(2), InvalidProcedureCall);
     owner.reset();
     EXPECT_EQ(d->view(), nullptr);
 }
 
-TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
+TEST_F(DayViewTest, ClicksRaiseTheirEventsInOrder) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     view.appointmentSet().Add("b", at(11, 0), at(11, 30))->setSelected(true);
     EXPECT_EQ(took(view.userClickAt(at(9, 40))),
@@ -241,7 +231,7 @@ TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
     EXPECT_EQ(platform.container.activeControl(), "dvwResource(2)");
 }
 
-TEST_F(GestureTest, EditsAndTheirUndo) {
+TEST_F(DayViewTest, EditsAndTheirUndo) {
     std::string undoIn;
     hook = [&](const std::string& event) {
         if (event == undoIn) view.Undo();
@@ -268,7 +258,7 @@ TEST_F(GestureTest, EditsAndTheirUndo) {
     EXPECT_EQ(view.appointmentSet().Count(), 0);
 }
 
-TEST_F(GestureTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
+TEST_F(DayViewTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
     const std::string add = "BeforeDrag(2,1) AfterAdd(5,1)", moved = "1:a@1/16/2008 10:00:00 AM-11:30 ";
     struct Case {
         std::string undoIn, emptyIn, events;
@@ -310,7 +300,7 @@ TEST_F(GestureTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
     EXPECT_EQ(took(view.userDrag(2, other, makeTime(10, 0, 0))), "refused");
 }
 
-TEST_F(GestureTest, HandlerThatDropsItselfRunsToItsEnd) {
+TEST_F(DayViewTest, HandlerThatDropsItselfRunsToItsEnd) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     Log ran;
     // Each handler empties its own event and then still reads its captured name.
@@ -326,6 +316,120 @@ TEST_F(GestureTest, HandlerThatDropsItselfRunsToItsEnd) {
     EXPECT_TRUE(other.userClickOn(1));
     EXPECT_TRUE(other.userClickOn(1));
     EXPECT_EQ(ran, (Log{"BeforeDrag", "AfterAdd", "AfterDrag", "BeforeRemove", "Click"}));
+}
+
+// The inverse mappings a window relies on: pixel to time, the resize edge, where
+// a drag lands, and the press at a point, each checked against the forward
+// mapping so the two can never disagree. The view is 200 pixels wide, 10 rows from 8 AM.
+struct DayViewGeometryTest : DayViewTest {
+    DayViewGeometryTest() { view.Width = 3000, view.Height = 3000, view.setTopIndex(makeTime(8, 0, 0)); }
+};
+
+TEST_F(DayViewGeometryTest, PixelRowsAndTimes) {
+    struct Case {
+        int increments, y;
+        const char* time; // at the pixel, to the minute
+        const char* slot; // the slot of its row
+    } cases[] = {
+        {1, 0, "1/15/2008 8:00:00 AM", "1/15/2008 8:00:00 AM"},
+        {1, 19, "1/15/2008 8:28:00 AM", "1/15/2008 8:00:00 AM"},
+        {1, 20, "1/15/2008 8:30:00 AM", "1/15/2008 8:30:00 AM"},
+        {4, 30, "1/15/2008 8:07:00 AM", "1/15/2008 8:05:00 AM"},
+        {0, 199, "1/15/2008 5:57:00 PM", "1/15/2008 5:00:00 PM"},
+        {1, 200, "none", "none"}, // below the last row
+        {1, -1, "none", "none"},
+    };
+    for (const Case& c : cases) {
+        view.setIncrements(c.increments);
+        EXPECT_EQ(text(view.timeAtPixel(c.y)), c.time) << c.increments << "/" << c.y;
+        EXPECT_EQ(text(view.slotAtPixel(c.y)), c.slot) << c.increments << "/" << c.y;
+        if (const auto t = view.timeAtPixel(c.y)) {
+            EXPECT_LE(view.pixelOfMinute(minuteOfDay(*t)), c.y)
+                << "a time's row starts at or above the pixel";
+        }
+    }
+    view.setIncrements(1);
+    EXPECT_EQ(view.pixelOfMinute(7 * 60), -40);
+    // The grid ends with the day: from 11 PM only two rows remain.
+    view.setTopIndex(makeTime(23, 0, 0));
+    EXPECT_EQ(view.gridRows(), 2);
+    EXPECT_EQ(text(view.timeAtPixel(40)), "none");
+}
+
+TEST_F(DayViewGeometryTest, ResizeEdgeAndEnd) {
+    view.setIncrements(1); // 30 minutes
+    AppointmentSet& set = view.appointmentSet();
+    set.Add("long", at(9, 0), at(10, 0));    // rows 40..79
+    set.Add("short", at(11, 0), at(11, 5));  // rows 120..123: a band of 2
+    set.Add("below", at(12, 30), at(14, 0)); // its end lies under the last row shown
+    std::string edges;                       // the key whose edge lies under x 60, at each row
+    for (const int y : {75, 76, 80, 121, 123, 199})
+        edges += std::to_string(view.resizeEdgeAt(60, y) ? view.resizeEdgeAt(60, y)->Key() : 0);
+    EXPECT_EQ(edges, "010020") << "the band is 4 rows, 2 on a short one, none where the grid cuts the end";
+
+    struct Case {
+        std::int32_t key;
+        int y;
+        const char* end;
+    } cases[] = {
+        {1, 89, "1/15/2008 10:00:00 AM"},
+        {1, 131, "1/15/2008 11:30:00 AM"},
+        {1, 10, "1/15/2008 9:30:00 AM"},
+        {1, 500, "1/15/2008 12:30:00 PM"}, // no lower than the start of the last row
+        {2, 0, "1/15/2008 11:30:00 AM"},
+        {9, 90, "none"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(text(view.resizeEndAt(c.key, c.y)), c.end) << c.key << "/" << c.y;
+    // Whatever it gives, the gesture takes.
+    EXPECT_TRUE(view.userResize(1, *view.resizeEndAt(1, 500)));
+}
+
+TEST_F(DayViewGeometryTest, WhereADragLands) {
+    view.setIncrements(1);
+    PVDayView target(platform, 1);
+    target.Width = 3000, target.Height = 3000;
+    target.setIncrements(2); // 15 minutes, from 10 AM
+    target.setTopIndex(makeTime(10, 0, 0));
+    view.appointmentSet().Add("a", at(9, 0), at(10, 0));
+    const int grab = *view.grabMinutes(1, 50); // 15 minutes below the start
+    EXPECT_EQ(grab, 15);
+    struct Case {
+        int y;
+        const char* start;
+    } cases[] = {
+        {40, "1/15/2008 10:15:00 AM"}, // 10:30 under the pointer, less the grab
+        {50, "1/15/2008 10:15:00 AM"}, // 10:22 less the grab: still nearer to 10:15
+        {51, "1/15/2008 10:30:00 AM"},  {0, "1/15/2008 10:00:00 AM"}, // kept on the first row
+        {900, "1/15/2008 12:15:00 PM"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(text(target.dropStartAt(c.y, grab)), c.start) << c.y;
+    EXPECT_EQ(view.grabMinutes(2, 50), std::nullopt);
+    target.Height = 0;
+    EXPECT_EQ(target.dropStartAt(40, grab), std::nullopt);
+}
+
+// The window's press carries the pointer itself in MouseButton; the console's
+// aimed clicks are covered by the gesture tests. Scrolling stops at the day's ends.
+TEST_F(DayViewGeometryTest, PressAtAPointAndScrollWithinTheDay) {
+    view.setIncrements(1);
+    view.appointmentSet().Add("a", at(9, 0), at(10, 0));
+    Log seen; // the press and scroll events alone
+    view.MouseButton = [&](std::int16_t, std::int16_t b, std::int16_t, float x, float y) {
+        seen.push_back(std::to_string(b) + "@" + std::to_string(int(x)) + "," + std::to_string(int(y)));
+    };
+    view.TopIndexChange = [&](std::int16_t, OleDate t) { seen.push_back(generalDateText(t)); };
+    EXPECT_TRUE(view.userPressAt(60, 50));        // on the appointment
+    EXPECT_TRUE(view.userPressAt(180, 25, true)); // beside it
+    EXPECT_FALSE(view.userPressAt(60, 200));
+    EXPECT_FALSE(view.userPressAt(200, 20));
+    EXPECT_TRUE(view.appointmentSet().Item(1)->Selected());
+    for (const int rows : {-3, -100, 100, 100})
+        if (const auto top = view.topAfterScroll(rows)) view.userScroll(*top);
+    // 48 rows a day, 10 shown: the last top row is 38, 7 PM.
+    EXPECT_EQ(seen,
+              (Log{"1@900,750", "2@2700,375", "1/15/2008 6:30:00 AM", "1/15/2008", "1/15/2008 7:00:00 PM"}));
 }
 
 } // namespace
