@@ -1,5 +1,6 @@
 #pragma once
 #include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/members.h>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,10 @@ struct ControlFixture : ::testing::Test {
     OleDate at(int h, int m) const { return makeDateTime(2008, 1, 15, h, m, 0); }
     PVDayView& view(int i) { return *control->widgets().dvwResource[static_cast<std::size_t>(i)]; }
     AppointmentSet& set(int index) { return view(index).appointmentSet(); }
+    // A member called by name, as a host calls it.
+    Variant invoke(const std::string& name, MemberKind kind, std::vector<Variant> args) {
+        return invokeMember(*control, *findMember(name, kind), args);
+    }
     // The kind of run-time error the call fails with; none when it goes through.
     static std::optional<ErrorKind> failureOf(const std::function<void()>& call) {
         try {

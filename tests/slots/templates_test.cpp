@@ -1,7 +1,5 @@
 #include "control/control_fixture.h"
 
-#include <QuorvaneScheduler/members.h>
-
 using namespace quorvane;
 using SlotFixture = quorvane::test::ControlFixture;
 
@@ -98,16 +96,6 @@ TEST_F(TemplateTest, CallersVariablesComeBackChanged) {
     control->AddExistingTemplate(at(9, 0), end, "", colour, "1");
     EXPECT_EQ(end, at(9, 58));
     EXPECT_EQ(colour, "FF0000");
-
-    // Through the member table, the caller's variables take what the control left.
-    std::vector<Variant> args{Variant(at(9, 0)), Variant("10:00 AM"), Variant("Lunch"), Variant("#0000FF"),
-                              Variant("1")};
-    invokeMember(*control, *findMember("AddExistingTemplate", MemberKind::Method), args);
-    EXPECT_EQ(args, (std::vector<Variant>{Variant(at(9, 0)), Variant(makeTime(9, 59, 0)), Variant("Lunch"),
-                                          Variant("0000FF"), Variant("1")}));
-    std::vector<Variant> text{Variant("#C0C000")};
-    EXPECT_EQ(invokeMember(*control, *findMember("vbRGBVal", MemberKind::Method), text), Variant(kBare));
-    EXPECT_EQ(text[0], Variant("C0C000"));
 }
 
 TEST_F(TemplateTest, PaintingLeavesTheSlotLengthTheListShows) {
@@ -205,8 +193,9 @@ TEST_F(TemplateTest, TheHundredAndSecondTemplateIsRefused) {
     EXPECT_EQ(view(3).TimeSlotColor(at(9, 0)), view(3).DayBackColor()) << "nothing painted";
     EXPECT_EQ(view(3).Increments(), 1);
     for (const char* number : {"11", "0", "one"})
-        EXPECT_NE(failureOf([&] { control->AddResourceTemplate(at(9, 0), at(10, 0), "", "#FF0000", number, "Y"); }),
-                  std::nullopt);
+        EXPECT_NE(
+            failureOf([&] { control->AddResourceTemplate(at(9, 0), at(10, 0), "", "#FF0000", number, "Y"); }),
+            std::nullopt);
     control->AddResourceTemplate(at(9, 0), at(10, 0), "Block 1", "#00FF00", "5", "Y");
     EXPECT_EQ(count(4), 1);
     EXPECT_EQ(count(0) + count(9), 0);
