@@ -127,28 +127,22 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     set.Add("empty", at(12, 0), at(12, 0));
     set.Add("late", at(18, 0), makeDateTime(2008, 1, 16, 2, 0, 0));
     set.Add("overlap", at(9, 30), at(9, 45));
-    struct Case {
-        int increments, topH, topM;
-        OleDate t;
-        Point time;
-        std::int32_t key;
-        Point app;
-    } cases[] = {
-        {1, 8, 0, at(9, 30), {{89, 70}}, 1, {{50, 60}}}, // "nine" shares its rows with "overlap"
-        {1, 8, 0, at(7, 59), std::nullopt, 2, {{61, 20}}},
-        {1, 8, 0, at(19, 29), {{89, 450}}, 3, std::nullopt},
-        {1, 8, 0, at(19, 30), std::nullopt, 4, std::nullopt},
-        {1, 8, 0, at(12, 0), {{89, 170}}, 5, std::nullopt},
-        {1, 8, 0, at(12, 0), {{89, 170}}, 6, {{50, 430}}},
-        {0, 8, 40, at(9, 59), {{89, 30}}, 1, {{50, 30}}},
-        {4, 8, 0, at(8, 7), {{89, 30}}, 7, {{71, 390}}},
-        {0, 22, 0, at(23, 59), {{89, 30}}, 6, {{50, 20}}}, // the grid ends at midnight
+    // increments, top, a time and its point, a key and its appointment's point
+    const std::tuple<int, OleDate, OleDate, Point, std::int32_t, Point> cases[] = {
+        // clang-format off
+        {1, at(8, 0), at(9, 30), {{89, 70}}, 1, {{50, 60}}}, // "nine" shares its rows with "overlap"
+        {1, at(8, 0), at(7, 59), std::nullopt, 2, {{61, 20}}}, {1, at(8, 0), at(19, 29), {{89, 450}}, 3, std::nullopt},
+        {1, at(8, 0), at(19, 30), std::nullopt, 4, std::nullopt}, {1, at(8, 0), at(12, 0), {{89, 170}}, 5, std::nullopt},
+        {1, at(8, 0), at(12, 0), {{89, 170}}, 6, {{50, 430}}}, {0, at(8, 40), at(9, 59), {{89, 30}}, 1, {{50, 30}}},
+        {4, at(8, 0), at(8, 7), {{89, 30}}, 7, {{71, 390}}},
+        {0, at(22, 0), at(23, 59), {{89, 30}}, 6, {{50, 20}}}, // the grid ends at midnight
+        // clang-format on
     };
-    for (const Case& c : cases) {
-        view.setIncrements(c.increments);
-        view.setTopIndex(makeTime(c.topH, c.topM, 0));
-        EXPECT_EQ(view.pointOfTime(c.t), c.time) << c.increments << " " << generalDateText(c.t);
-        EXPECT_EQ(view.pointOfAppointment(c.key), c.app) << c.increments << " key " << c.key;
+    for (const auto& [increments, top, time, point, key, app] : cases) {
+        view.setIncrements(increments);
+        view.setTopIndex(timePart(top));
+        EXPECT_EQ(view.pointOfTime(time), point) << increments << " " << generalDateText(time);
+        EXPECT_EQ(view.pointOfAppointment(key), app) << increments << " key " << key;
     }
     view.setIncrements(1);
     view.setTopIndex(makeTime(8, 0, 0));
@@ -174,13 +168,8 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
 }
 
 TEST_F(DayViewTest, KeysAndRemoveUnderReentrantHandlers) {
-    struct Case {
-        const char* name;
-        std::function<void(PVDayView&)> handler; // of the first BeforeRemove
-        const char* left;
-        int beforeRemoves;
-    };
-    const std::vector<Case> cases{
+    // What the first BeforeRemove's handler does, the keys left, and the BeforeRemoves raised.
+    const std::tuple<const char*, std::function<void(PVDayView&)>, const char*, int> cases[] = {
         {"plain", [](PVDayView&) {}, "2:b ", 1},
         {"Undo keeps it", [](PVDayView& v) { v.Undo(); }, "1:a 2:b ", 1},
         {"handler empties the set", [](PVDayView& v) { v.appointmentSet().RemoveAll(); }, "", 1},
@@ -188,19 +177,19 @@ TEST_F(DayViewTest, KeysAndRemoveUnderReentrantHandlers) {
         {"Undo after a nested gesture cancels this removal, not the gesture",
          [](PVDayView& v) { v.userType(at(10, 0), "typed"), v.Undo(); }, "1:a 2:b 3:typed ", 1},
     };
-    for (const Case& c : cases) {
+    for (const auto& [name, handler, left, beforeRemoves] : cases) {
         PVDayView v(platform, 2);
         listen(v);
         v.appointmentSet().Add("a", at(9, 0), at(9, 30));
         v.appointmentSet().Add("b", at(9, 30), at(10, 0));
         const AppointmentRef first = v.appointmentSet().FirstAppointment();
         log.clear();
-        hook = [&](const std::string&) { hook = nullptr, c.handler(v); };
+        hook = [&, &handler = handler](const std::string&) { hook = nullptr, handler(v); };
         v.appointmentSet().Remove(1);
         v.Undo(); // nothing is left to take back once the removal has ended
-        EXPECT_EQ(keys(v), c.left) << c.name;
-        EXPECT_EQ(std::count(log.begin(), log.end(), "BeforeRemove(2,1)"), c.beforeRemoves) << c.name;
-        EXPECT_EQ(first->view(), v.appointmentSet().Item(1) ? &v : nullptr) << c.name;
+        EXPECT_EQ(keys(v), left) << name;
+        EXPECT_EQ(std::count(log.begin(), log.end(), "BeforeRemove(2,1)"), beforeRemoves) << name;
+        EXPECT_EQ(first->view(), v.appointmentSet().Item(1) ? &v : nullptr) << name;
     }
 
     // A key no appointment has fails; an appointment outlives its view.
@@ -326,27 +315,22 @@ struct DayViewGeometryTest : DayViewTest {
 };
 
 TEST_F(DayViewGeometryTest, PixelRowsAndTimes) {
-    struct Case {
-        int increments, y;
-        const char* time; // at the pixel, to the minute
-        const char* slot; // the slot of its row
-    } cases[] = {
-        {1, 0, "1/15/2008 8:00:00 AM", "1/15/2008 8:00:00 AM"},
-        {1, 19, "1/15/2008 8:28:00 AM", "1/15/2008 8:00:00 AM"},
-        {1, 20, "1/15/2008 8:30:00 AM", "1/15/2008 8:30:00 AM"},
-        {4, 30, "1/15/2008 8:07:00 AM", "1/15/2008 8:05:00 AM"},
+    // increments, a pixel row, the time there to the minute, the slot of its row
+    const std::tuple<int, int, const char*, const char*> cases[] = {
+        // clang-format off
+        {1, 0, "1/15/2008 8:00:00 AM", "1/15/2008 8:00:00 AM"}, {1, 19, "1/15/2008 8:28:00 AM", "1/15/2008 8:00:00 AM"},
+        {1, 20, "1/15/2008 8:30:00 AM", "1/15/2008 8:30:00 AM"}, {4, 30, "1/15/2008 8:07:00 AM", "1/15/2008 8:05:00 AM"},
         {0, 199, "1/15/2008 5:57:00 PM", "1/15/2008 5:00:00 PM"},
-        {1, 200, "none", "none"}, // below the last row
-        {1, -1, "none", "none"},
+        {1, 200, "none", "none"}, {1, -1, "none", "none"}, // below the last row, above the first
+        // clang-format on
     };
-    for (const Case& c : cases) {
-        view.setIncrements(c.increments);
-        EXPECT_EQ(text(view.timeAtPixel(c.y)), c.time) << c.increments << "/" << c.y;
-        EXPECT_EQ(text(view.slotAtPixel(c.y)), c.slot) << c.increments << "/" << c.y;
-        if (const auto t = view.timeAtPixel(c.y)) {
-            EXPECT_LE(view.pixelOfMinute(minuteOfDay(*t)), c.y)
-                << "a time's row starts at or above the pixel";
-        }
+    for (const auto& [increments, y, time, slot] : cases) {
+        view.setIncrements(increments);
+        EXPECT_EQ(text(view.timeAtPixel(y)), time) << increments << "/" << y;
+        EXPECT_EQ(text(view.slotAtPixel(y)), slot) << increments << "/" << y;
+        const auto t = view.timeAtPixel(y);
+        EXPECT_LE(t ? view.pixelOfMinute(minuteOfDay(*t)) : y, y)
+            << "a time's row starts at or above the pixel";
     }
     view.setIncrements(1);
     EXPECT_EQ(view.pixelOfMinute(7 * 60), -40);
@@ -367,20 +351,12 @@ TEST_F(DayViewGeometryTest, ResizeEdgeAndEnd) {
         edges += std::to_string(view.resizeEdgeAt(60, y) ? view.resizeEdgeAt(60, y)->Key() : 0);
     EXPECT_EQ(edges, "010020") << "the band is 4 rows, 2 on a short one, none where the grid cuts the end";
 
-    struct Case {
-        std::int32_t key;
-        int y;
-        const char* end;
-    } cases[] = {
-        {1, 89, "1/15/2008 10:00:00 AM"},
-        {1, 131, "1/15/2008 11:30:00 AM"},
-        {1, 10, "1/15/2008 9:30:00 AM"},
-        {1, 500, "1/15/2008 12:30:00 PM"}, // no lower than the start of the last row
-        {2, 0, "1/15/2008 11:30:00 AM"},
-        {9, 90, "none"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(text(view.resizeEndAt(c.key, c.y)), c.end) << c.key << "/" << c.y;
+    // The end a pull of a key's edge to a row gives: no lower than the start of the last row.
+    const std::tuple<std::int32_t, int, const char*> cases[] = {
+        {1, 89, "1/15/2008 10:00:00 AM"},  {1, 131, "1/15/2008 11:30:00 AM"}, {1, 10, "1/15/2008 9:30:00 AM"},
+        {1, 500, "1/15/2008 12:30:00 PM"}, {2, 0, "1/15/2008 11:30:00 AM"},   {9, 90, "none"}};
+    for (const auto& [key, y, end] : cases)
+        EXPECT_EQ(text(view.resizeEndAt(key, y)), end) << key << "/" << y;
     // Whatever it gives, the gesture takes.
     EXPECT_TRUE(view.userResize(1, *view.resizeEndAt(1, 500)));
 }
@@ -394,17 +370,15 @@ TEST_F(DayViewGeometryTest, WhereADragLands) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     const int grab = *view.grabMinutes(1, 50); // 15 minutes below the start
     EXPECT_EQ(grab, 15);
-    struct Case {
-        int y;
-        const char* start;
-    } cases[] = {
-        {40, "1/15/2008 10:15:00 AM"}, // 10:30 under the pointer, less the grab
-        {50, "1/15/2008 10:15:00 AM"}, // 10:22 less the grab: still nearer to 10:15
-        {51, "1/15/2008 10:30:00 AM"},  {0, "1/15/2008 10:00:00 AM"}, // kept on the first row
-        {900, "1/15/2008 12:15:00 PM"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(text(target.dropStartAt(c.y, grab)), c.start) << c.y;
+    // At 40, 10:30 under the pointer less the grab; at 50, 10:22 less the grab is still
+    // nearer to 10:15; above the grid the drop is kept on the first row.
+    const std::pair<int, const char*> cases[] = {{40, "1/15/2008 10:15:00 AM"},
+                                                 {50, "1/15/2008 10:15:00 AM"},
+                                                 {51, "1/15/2008 10:30:00 AM"},
+                                                 {0, "1/15/2008 10:00:00 AM"},
+                                                 {900, "1/15/2008 12:15:00 PM"}};
+    for (const auto& [y, start] : cases)
+        EXPECT_EQ(text(target.dropStartAt(y, grab)), start) << y;
     EXPECT_EQ(view.grabMinutes(2, 50), std::nullopt);
     target.Height = 0;
     EXPECT_EQ(target.dropStartAt(40, grab), std::nullopt);
