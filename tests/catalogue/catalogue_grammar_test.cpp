@@ -36,13 +36,8 @@ std::string records(int count) {
 // its table at the new size with everything before the fault filled.
 TEST(CatalogueGrammar, SplitsOnDoubleTildeFirstThenOnSingle) {
     constexpr auto E = ErrorKind::SubscriptOutOfRange;
-    const struct {
-        const char* name;
-        std::string text;
-        Rows rows;
-        std::optional<ErrorKind> error;
-    } cases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { const char* name; std::string text; Rows rows; std::optional<ErrorKind> error; } cases[] = {
         {"one record", "a~b~c", {{"a", "b", "c"}}, {}},
         {"an empty string leaves the table as it was", "", {{"old", "", ""}}, E},
         {"records in order", "a~b~c~~d~e~f", {{"a", "b", "c"}, {"d", "e", "f"}}, {}},
@@ -59,8 +54,8 @@ TEST(CatalogueGrammar, SplitsOnDoubleTildeFirstThenOnSingle) {
         {"fault in a later record", "a~b~c~~d~e~~g~h~i", {{"a", "b", "c"}, {"d", "e", ""}, {"", "", ""}}, E},
         {"three tildes at the end: a record of two empty fields", "a~b~c~~~", {{"a", "b", "c"}, {"", "", ""}}, E},
         {"only separators", "~~", {{"", "", ""}, {"", "", ""}}, E},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         StringTable t;

@@ -79,13 +79,8 @@ TEST_F(CatalogueTest, EachSetterReportsUnderItsOwnNameBeforeItParses) {
 
 // The items of the group list, and the texts the list's click handling ran with.
 TEST_F(CatalogueTest, GroupListHasOneItemPerRunAndSelectsTheLastFlaggedGroup) {
-    const struct {
-        const char* name;
-        std::string groups;
-        Items items;
-        Items clicks;
-    } cases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { const char* name; std::string groups; Items items, clicks; } cases[] = {
         {"one record not flagged", "10~Main~N~501~P~Staff~Surgery", {"Main"}, {}},
         {"flag compared exactly", "10~A~y~1~P~C~S~~20~B~Yes~2~P~C~S~~30~C~ Y~3~P~C~S", {"A", "B", "C"}, {}},
         {"last flagged group wins", "10~A~Y~1~P~C~S~~20~B~Y~2~P~C~S~~30~C~N~3~P~C~S", {"A", "B", "C"}, {"B"}},
@@ -95,8 +90,8 @@ TEST_F(CatalogueTest, GroupListHasOneItemPerRunAndSelectsTheLastFlaggedGroup) {
         {"runs are of identifiers, not names", "10~A~N~1~P~C~S~~11~A~N~2~P~C~S~~11~B~N~3~P~C~S", {"A", "A"}, {}},
         {"an empty first identifier matches the empty start", "~A~Y~1~P~C~S~~20~B~N~2~P~C~S", {"B"}, {}},
         {"surplus fields and an empty last field", "10~A~Y~1~P~C~S~x~y~~20~B~N~2~P~C~", {"A", "B"}, {"A"}},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         fresh();
@@ -141,12 +136,8 @@ TEST_F(CatalogueTest, EmptyGroupsHideTheScrollBarAndTellTheUser) {
 // rows; the resource lists are emptied and nothing is selected.
 TEST_F(CatalogueTest, CategoryListsFollowTheRunsOfTheCurrentGroup) {
     const std::string I = "     "; // the indent of a sub-type
-    const struct {
-        const char* name;
-        std::string groups;
-        Items categories;
-    } cases[] = {
-        // clang-format off
+    // clang-format off
+    const struct { const char* name; std::string groups; Items categories; } cases[] = {
         {"the other group", "10~Main~N~1~P~Staff~Surgery~~20~Annex~Y~2~R~Rooms~Exam", {"Rooms", I + "Exam"}},
         {"a sub-type repeated in a run is listed once", "10~M~Y~1~P~Staff~Surgery~~10~M~Y~2~Q~Staff~Surgery",
          {"Staff", I + "Surgery"}},
@@ -165,8 +156,8 @@ TEST_F(CatalogueTest, CategoryListsFollowTheRunsOfTheCurrentGroup) {
         {"an empty last sub-type under a new category", "10~M~Y~1~P~Staff~Surgery~~10~M~Y~2~R~Rooms~",
          {"Staff", I + "Surgery", "Rooms"}},
         {"no group selected", "10~M~N~1~P~Staff~Surgery", {}},
-        // clang-format on
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         fresh();
@@ -186,17 +177,13 @@ TEST_F(CatalogueTest, CategoryListsFollowTheRunsOfTheCurrentGroup) {
 // Resources that fail to parse never reach the lists; resources before any
 // groups reach them, empty them, and fail at the walk of the groups.
 TEST_F(CatalogueTest, ResourcesEmptyTheListsOnlyOnceTheyParsed) {
-    const struct {
-        const char* name;
-        bool groups;
-        std::string resources;
-        int listItems;
-        int rows;
-    } cases[] = {
+    // clang-format off
+    const struct { const char* name; bool groups; std::string resources; int listItems, rows; } cases[] = {
         {"short record", true, "a~b~c~d~~e~f~g", 40, 2},
         {"empty string", true, "", 40, 0},
         {"no groups yet", false, "a~b~c~d~~e~f~g~h", 0, 2},
     };
+    // clang-format on
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         fresh();
@@ -205,8 +192,6 @@ TEST_F(CatalogueTest, ResourcesEmptyTheListsOnlyOnceTheyParsed) {
         EXPECT_EQ(failureOf([&] { control->setResources(c.resources); }), ErrorKind::SubscriptOutOfRange);
         EXPECT_EQ(columnItems(), c.listItems);
         EXPECT_EQ(s().arrResources.rows(), c.rows);
-        if (c.rows) {
-            EXPECT_EQ(s().arrResources.at(1, 2), "g");
-        }
+        EXPECT_EQ(c.rows ? s().arrResources.at(1, 2) : "g", "g");
     }
 }

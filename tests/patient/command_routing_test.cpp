@@ -56,11 +56,8 @@ struct Routing : ControlFixture {
 };
 
 TEST_F(Routing, PanelButtons) {
-    const struct {
-        const char* command;
-        State state;
-        const char* heard;
-    } rows[] = {
+    // clang-format off
+    const struct { const char* command; State state; const char* heard; } rows[] = {
         {"cmdOpenPatient", State::Patient, "event OpenPatient(5531 )"},
         {"cmdOpenPatient", State::BlankPatient, "msgbox No Patient is selected"},
         {"cmdValidatePatient", State::Patient, "event ValidatePatient(5531 )"},
@@ -80,6 +77,7 @@ TEST_F(Routing, PanelButtons) {
         {"cmdSaveAdditionalAppInfo", State::Patient, "msgbox No appointment has been selected"},
         {"cmdPatientSearch", State::Patient, "event PatientSearch()"},
     };
+    // clang-format on
     for (const auto& row : rows)
         EXPECT_EQ(run(row.command, row.state), row.heard) << row.command << " in state " << int(row.state);
     EXPECT_EQ(control->widgets().txtPatEID.text, "") << "the search clears the panel first";
