@@ -80,9 +80,8 @@ struct TimeSlotTest : SlotFixture {
     std::string entries() const {
         std::string s;
         for (int e = 0; e < 12; ++e)
-            if (lastSlot(e) != OleDate())
-                s +=
-                    (s.empty() ? "" : " ") + std::to_string(e) + "@" + generalDateText(timePart(lastSlot(e)));
+            if (const OleDate t = lastSlot(e); t != OleDate())
+                s += (s.empty() ? "" : " ") + std::to_string(e) + "@" + generalDateText(timePart(t));
         return s;
     }
 };
