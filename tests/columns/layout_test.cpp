@@ -1,5 +1,5 @@
-#include <cmath>
 #include "control/control_fixture.h"
+#include <cmath>
 
 using namespace quorvane;
 using quorvane::test::ControlFixture;
@@ -17,16 +17,15 @@ TEST_F(LayoutTest, ResizeThenEachNumberOfColumns) {
         EXPECT_FLOAT_EQ(view(i).Height, 7110);
     EXPECT_FLOAT_EQ(view(1).Width, 1440) << "no number selected yet: widths wait";
 
-    const struct {
-        const char* n;
-        float width, left1, left2, left3, resource;
-    } rows[] = {
+    // clang-format off
+    const struct { const char* n; float width, left1, left2, left3, resource; } rows[] = {
         {"1", 14900, 14915, 29830, 44745, 14220},
         {"2", 7445, 7460, 14920, 22380, 6765},
         {"3", 4956.667f, 4971.667f, 9943.333f, 14915, 4276.667f},
         {"4", 3710, 3725, 7450, 11175, 3030},
         {"5", 2960, 2975, 5950, 8925, 2280},
     };
+    // clang-format on
     for (const auto& row : rows) {
         SCOPED_TRACE(row.n);
         control->setNumOfSchedules(row.n);

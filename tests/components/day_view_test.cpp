@@ -24,6 +24,7 @@ std::string arg(std::int16_t v) { return std::to_string(v); }
 std::string arg(float v) { return std::to_string(std::lround(v)); }
 std::string arg(OleDate d) { return generalDateText(d); }
 std::string arg(const AppointmentRef& a) { return std::to_string(a->Key()); }
+std::string text(const std::optional<OleDate>& t) { return t ? generalDateText(*t) : "none"; }
 
 // Views on 1/15/2008 whose events all go to one log; `hook` runs after each line.
 struct DayViewTest : ::testing::Test {
@@ -38,23 +39,21 @@ struct DayViewTest : ::testing::Test {
         };
     }
     void listen(PVDayView& v) {
+        // clang-format off
         v.GotFocus = logger<>("GotFocus"), v.Click = logger<>("Click"), v.DblClick = logger<>("DblClick");
         v.MouseButton = logger<std::int16_t, std::int16_t, float, float>("MouseButton");
-        v.AfterAdd = logger<AppointmentRef>("AfterAdd"),
-        v.BeforeRemove = logger<AppointmentRef>("BeforeRemove");
-        v.AfterResize = logger<AppointmentRef>("AfterResize"),
-        v.BeforeDrag = logger<AppointmentRef>("BeforeDrag");
+        v.AfterAdd = logger<AppointmentRef>("AfterAdd"), v.BeforeRemove = logger<AppointmentRef>("BeforeRemove");
+        v.AfterResize = logger<AppointmentRef>("AfterResize"), v.BeforeDrag = logger<AppointmentRef>("BeforeDrag");
         v.AfterDrag = logger<AppointmentRef>("AfterDrag"), v.DateChange = logger<OleDate>("DateChange");
-        v.TopIndexChange = logger<OleDate>("TopIndexChange"),
-        v.TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
+        v.TopIndexChange = logger<OleDate>("TopIndexChange"), v.TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
+        // clang-format on
     }
     // The events since the last call, or "refused" for a gesture that did nothing.
     std::string took(bool done) {
         std::string s;
-        for (const std::string& line : log)
-            s += (s.empty() ? "" : " ") + line;
-        log.clear();
-        return done ? s : s + "refused";
+        for (const std::string& line : std::exchange(log, {}))
+            s += line + " ";
+        return done ? s.substr(0, s.size() - !s.empty()) : s + "refused";
     }
     std::string selectedSlots() const {
         std::string s;
@@ -66,11 +65,12 @@ struct DayViewTest : ::testing::Test {
     // "KEY:Text" per appointment, with * when Selected, or with its times.
     static std::string keys(const PVDayView& v, bool times = false) {
         std::string s;
-        for (const AppointmentRef& a : v.appointmentSet().items())
+        for (const AppointmentRef& a : v.appointmentSet().items()) {
+            s += std::to_string(a->Key()) + ":" + a->Text + (a->Selected() ? "*" : "");
             s +=
-                std::to_string(a->Key()) + ":" + a->Text + (a->Selected() ? "*" : "") +
                 (times ? "@" + generalDateText(a->StartDateTime) + "-" + shortTimeText(a->EndDateTime) : "") +
                 " ";
+        }
         return s;
     }
 
@@ -81,8 +81,6 @@ struct DayViewTest : ::testing::Test {
     Log log;
     std::function<void(const std::string& event)> hook;
 };
-struct AppointmentSetTest : DayViewTest {};
-struct GestureTest : DayViewTest {};
 
 TEST_F(DayViewTest, PropertiesCellsAndFailures) {
     view.setCurrentDate(at(17, 0)); // the same day: no event
@@ -130,33 +128,27 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     set.Add("empty", at(12, 0), at(12, 0));
     set.Add("late", at(18, 0), makeDateTime(2008, 1, 16, 2, 0, 0));
     set.Add("overlap", at(9, 30), at(9, 45));
-    struct Case {
-        int increments, topH, topM;
-        OleDate t;
-        Point time;
-        std::int32_t key;
-        Point app;
-    } cases[] = {
-        {1, 8, 0, at(9, 30), {{89, 70}}, 1, {{50, 60}}}, // "nine" shares its rows with "overlap"
-        {1, 8, 0, at(7, 59), std::nullopt, 2, {{61, 20}}},
-        {1, 8, 0, at(19, 29), {{89, 450}}, 3, std::nullopt},
-        {1, 8, 0, at(19, 30), std::nullopt, 4, std::nullopt},
-        {1, 8, 0, at(12, 0), {{89, 170}}, 5, std::nullopt},
-        {1, 8, 0, at(12, 0), {{89, 170}}, 6, {{50, 430}}},
-        {0, 8, 40, at(9, 59), {{89, 30}}, 1, {{50, 30}}},
-        {4, 8, 0, at(8, 7), {{89, 30}}, 7, {{71, 390}}},
-        {0, 22, 0, at(23, 59), {{89, 30}}, 6, {{50, 20}}}, // the grid ends at midnight
+    // increments, top, a time and its point, a key and its appointment's point
+    const std::tuple<int, OleDate, OleDate, Point, std::int32_t, Point> cases[] = {
+        // clang-format off
+        {1, at(8, 0), at(9, 30), {{89, 70}}, 1, {{50, 60}}}, // "nine" shares its rows with "overlap"
+        {1, at(8, 0), at(7, 59), std::nullopt, 2, {{61, 20}}}, {1, at(8, 0), at(19, 29), {{89, 450}}, 3, std::nullopt},
+        {1, at(8, 0), at(19, 30), std::nullopt, 4, std::nullopt}, {1, at(8, 0), at(12, 0), {{89, 170}}, 5, std::nullopt},
+        {1, at(8, 0), at(12, 0), {{89, 170}}, 6, {{50, 430}}}, {0, at(8, 40), at(9, 59), {{89, 30}}, 1, {{50, 30}}},
+        {4, at(8, 0), at(8, 7), {{89, 30}}, 7, {{71, 390}}},
+        {0, at(22, 0), at(23, 59), {{89, 30}}, 6, {{50, 20}}}, // the grid ends at midnight
+        // clang-format on
     };
-    for (const Case& c : cases) {
-        view.setIncrements(c.increments);
-        view.setTopIndex(makeTime(c.topH, c.topM, 0));
-        EXPECT_EQ(view.pointOfTime(c.t), c.time) << c.increments << " " << generalDateText(c.t);
-        EXPECT_EQ(view.pointOfAppointment(c.key), c.app) << c.increments << " key " << c.key;
+    for (const auto& [increments, top, time, point, key, app] : cases) {
+        view.setIncrements(increments);
+        view.setTopIndex(timePart(top));
+        EXPECT_EQ(view.pointOfTime(time), point) << increments << " " << generalDateText(time);
+        EXPECT_EQ(view.pointOfAppointment(key), app) << increments << " key " << key;
     }
     view.setIncrements(1);
     view.setTopIndex(makeTime(8, 0, 0));
     auto hit = [&](int x, int y) { return set.HitTest(x, y) ? set.HitTest(x, y)->Key() : 0; };
-    const std::vector<std::pair<int, int>> hits{{40, 40}, {60, 79}, {70, 79}, {82, 60}, {50, 80}, {50, 39},
+    const std::vector<std::pair<int, int>> hits{{40, 40}, {60, 79}, {70, 79},  {82, 60},  {50, 80}, {50, 39},
                                                 {70, 65}, {50, 65}, {50, 459}, {50, 460}, {39, 40}, {-1, 40}};
     std::vector<int> found;
     for (const auto& [x, y] : hits)
@@ -164,10 +156,6 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     // Each overlapping appointment is found in its own lane, and keeps the lane
     // where its partner has ended.
     EXPECT_EQ(found, (std::vector<int>{1, 1, 0, 0, 0, 2, 7, 1, 6, 0, 0, 0}));
-    for (const std::int32_t key : {1, 2, 6, 7}) {
-        const auto p = view.pointOfAppointment(key);
-        EXPECT_EQ(hit(p->first, p->second), key) << "the point of an appointment finds it again";
-    }
 
     view.Width = 0, view.Height = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(view.visibleRows(), 0);
@@ -176,14 +164,9 @@ TEST_F(DayViewTest, GeometryAndHitTest) {
     EXPECT_EQ(hit(0, 0), 0);
 }
 
-TEST_F(AppointmentSetTest, KeysAndRemoveUnderReentrantHandlers) {
-    struct Case {
-        const char* name;
-        std::function<void(PVDayView&)> handler; // of the first BeforeRemove
-        const char* left;
-        int beforeRemoves;
-    };
-    const std::vector<Case> cases{
+TEST_F(DayViewTest, KeysAndRemoveUnderReentrantHandlers) {
+    // What the first BeforeRemove's handler does, the keys left, and the BeforeRemoves raised.
+    const std::tuple<const char*, std::function<void(PVDayView&)>, const char*, int> cases[] = {
         {"plain", [](PVDayView&) {}, "2:b ", 1},
         {"Undo keeps it", [](PVDayView& v) { v.Undo(); }, "1:a 2:b ", 1},
         {"handler empties the set", [](PVDayView& v) { v.appointmentSet().RemoveAll(); }, "", 1},
@@ -191,37 +174,30 @@ TEST_F(AppointmentSetTest, KeysAndRemoveUnderReentrantHandlers) {
         {"Undo after a nested gesture cancels this removal, not the gesture",
          [](PVDayView& v) { v.userType(at(10, 0), "typed"), v.Undo(); }, "1:a 2:b 3:typed ", 1},
     };
-    for (const Case& c : cases) {
+    for (const auto& [name, handler, left, beforeRemoves] : cases) {
         PVDayView v(platform, 2);
         listen(v);
         v.appointmentSet().Add("a", at(9, 0), at(9, 30));
         v.appointmentSet().Add("b", at(9, 30), at(10, 0));
         const AppointmentRef first = v.appointmentSet().FirstAppointment();
         log.clear();
-        hook = [&](const std::string&) { hook = nullptr, c.handler(v); };
+        hook = [&, &handler = handler](const std::string&) { hook = nullptr, handler(v); };
         v.appointmentSet().Remove(1);
         v.Undo(); // nothing is left to take back once the removal has ended
-        EXPECT_EQ(keys(v), c.left) << c.name;
-        EXPECT_EQ(std::count(log.begin(), log.end(), "BeforeRemove(2,1)"), c.beforeRemoves) << c.name;
-        EXPECT_EQ(first->view(), v.appointmentSet().Item(1) ? &v : nullptr) << c.name;
+        EXPECT_EQ(keys(v), left) << name;
+        EXPECT_EQ(std::count(log.begin(), log.end(), "BeforeRemove(2,1)"), beforeRemoves) << name;
+        EXPECT_EQ(first->view(), v.appointmentSet().Item(1) ? &v : nullptr) << name;
     }
 
+    // A key no appointment has fails; an appointment outlives its view.
     auto owner = std::make_unique<PVDayView>(platform, 0);
-    AppointmentSet& set = owner->appointmentSet();
-    for (const char* text : {"a", "b", "c"})
-        set.Add(text, at(9, 0), at(9, 30));
-    set.Remove(2);
-    EXPECT_THROW(set.Remove(2), InvalidProcedureCall);
-    EXPECT_EQ(set.NextAppointment(set.FirstAppointment())->Key(), 3);
-    set.RemoveAll();
-    const AppointmentRef d = set.Add("d", at(9, 0), at(9, 30));
-    EXPECT_EQ(d->Key(), 4) << "keys are never given twice";
-    EXPECT_EQ(d->BackColor, PVDayView::kDefaultAppointmentColor);
+    const AppointmentRef d = owner->appointmentSet().Add("d", at(9, 0), at(9, 30));
+    EXPECT_THROW(owner->appointmentSet().Remove(2), InvalidProcedureCall);
     owner.reset();
     EXPECT_EQ(d->view(), nullptr);
 }
 
-TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
+TEST_F(DayViewTest, ClicksRaiseTheirEventsInOrder) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     view.appointmentSet().Add("b", at(11, 0), at(11, 30))->setSelected(true);
     EXPECT_EQ(took(view.userClickAt(at(9, 40))),
@@ -241,7 +217,7 @@ TEST_F(GestureTest, ClicksRaiseTheirEventsInOrder) {
     EXPECT_EQ(platform.container.activeControl(), "dvwResource(2)");
 }
 
-TEST_F(GestureTest, EditsAndTheirUndo) {
+TEST_F(DayViewTest, EditsAndTheirUndo) {
     std::string undoIn;
     hook = [&](const std::string& event) {
         if (event == undoIn) view.Undo();
@@ -268,7 +244,7 @@ TEST_F(GestureTest, EditsAndTheirUndo) {
     EXPECT_EQ(view.appointmentSet().Count(), 0);
 }
 
-TEST_F(GestureTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
+TEST_F(DayViewTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
     const std::string add = "BeforeDrag(2,1) AfterAdd(5,1)", moved = "1:a@1/16/2008 10:00:00 AM-11:30 ";
     struct Case {
         std::string undoIn, emptyIn, events;
@@ -310,7 +286,7 @@ TEST_F(GestureTest, DragStepsUndoAndHandlersThatEmptyTheSets) {
     EXPECT_EQ(took(view.userDrag(2, other, makeTime(10, 0, 0))), "refused");
 }
 
-TEST_F(GestureTest, HandlerThatDropsItselfRunsToItsEnd) {
+TEST_F(DayViewTest, HandlerThatDropsItselfRunsToItsEnd) {
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     Log ran;
     // Each handler empties its own event and then still reads its captured name.
@@ -326,6 +302,105 @@ TEST_F(GestureTest, HandlerThatDropsItselfRunsToItsEnd) {
     EXPECT_TRUE(other.userClickOn(1));
     EXPECT_TRUE(other.userClickOn(1));
     EXPECT_EQ(ran, (Log{"BeforeDrag", "AfterAdd", "AfterDrag", "BeforeRemove", "Click"}));
+}
+
+// The inverse mappings a window relies on: pixel to time, the resize edge, where
+// a drag lands, and the press at a point, each checked against the forward
+// mapping so the two can never disagree. The view is 200 pixels wide, 10 rows from 8 AM.
+struct DayViewGeometryTest : DayViewTest {
+    DayViewGeometryTest() { view.Width = 3000, view.Height = 3000, view.setTopIndex(makeTime(8, 0, 0)); }
+};
+
+TEST_F(DayViewGeometryTest, PixelRowsAndTimes) {
+    // increments, a pixel row, the time there to the minute, the slot of its row
+    const std::tuple<int, int, const char*, const char*> cases[] = {
+        // clang-format off
+        {1, 0, "1/15/2008 8:00:00 AM", "1/15/2008 8:00:00 AM"}, {1, 19, "1/15/2008 8:28:00 AM", "1/15/2008 8:00:00 AM"},
+        {1, 20, "1/15/2008 8:30:00 AM", "1/15/2008 8:30:00 AM"}, {4, 30, "1/15/2008 8:07:00 AM", "1/15/2008 8:05:00 AM"},
+        {0, 199, "1/15/2008 5:57:00 PM", "1/15/2008 5:00:00 PM"},
+        {1, 200, "none", "none"}, {1, -1, "none", "none"}, // below the last row, above the first
+        // clang-format on
+    };
+    for (const auto& [increments, y, time, slot] : cases) {
+        view.setIncrements(increments);
+        EXPECT_EQ(text(view.timeAtPixel(y)), time) << increments << "/" << y;
+        EXPECT_EQ(text(view.slotAtPixel(y)), slot) << increments << "/" << y;
+        const auto t = view.timeAtPixel(y);
+        EXPECT_LE(t ? view.pixelOfMinute(minuteOfDay(*t)) : y, y)
+            << "a time's row starts at or above the pixel";
+    }
+    view.setIncrements(1);
+    EXPECT_EQ(view.pixelOfMinute(7 * 60), -40);
+    // The grid ends with the day: from 11 PM only two rows remain.
+    view.setTopIndex(makeTime(23, 0, 0));
+    EXPECT_EQ(view.gridRows(), 2);
+    EXPECT_EQ(text(view.timeAtPixel(40)), "none");
+}
+
+TEST_F(DayViewGeometryTest, ResizeEdgeAndEnd) {
+    view.setIncrements(1); // 30 minutes
+    AppointmentSet& set = view.appointmentSet();
+    set.Add("long", at(9, 0), at(10, 0));    // rows 40..79
+    set.Add("short", at(11, 0), at(11, 5));  // rows 120..123: a band of 2
+    set.Add("below", at(12, 30), at(14, 0)); // its end lies under the last row shown
+    std::string edges;                       // the key whose edge lies under x 60, at each row
+    for (const int y : {75, 76, 80, 121, 123, 199})
+        edges += std::to_string(view.resizeEdgeAt(60, y) ? view.resizeEdgeAt(60, y)->Key() : 0);
+    EXPECT_EQ(edges, "010020") << "the band is 4 rows, 2 on a short one, none where the grid cuts the end";
+
+    // The end a pull of a key's edge to a row gives: no lower than the start of the last row.
+    const std::tuple<std::int32_t, int, const char*> cases[] = {
+        {1, 89, "1/15/2008 10:00:00 AM"},  {1, 131, "1/15/2008 11:30:00 AM"}, {1, 10, "1/15/2008 9:30:00 AM"},
+        {1, 500, "1/15/2008 12:30:00 PM"}, {2, 0, "1/15/2008 11:30:00 AM"},   {9, 90, "none"}};
+    for (const auto& [key, y, end] : cases)
+        EXPECT_EQ(text(view.resizeEndAt(key, y)), end) << key << "/" << y;
+    // Whatever it gives, the gesture takes.
+    EXPECT_TRUE(view.userResize(1, *view.resizeEndAt(1, 500)));
+}
+
+TEST_F(DayViewGeometryTest, WhereADragLands) {
+    view.setIncrements(1);
+    PVDayView target(platform, 1);
+    target.Width = 3000, target.Height = 3000;
+    target.setIncrements(2); // 15 minutes, from 10 AM
+    target.setTopIndex(makeTime(10, 0, 0));
+    view.appointmentSet().Add("a", at(9, 0), at(10, 0));
+    const int grab = *view.grabMinutes(1, 50); // 15 minutes below the start
+    EXPECT_EQ(grab, 15);
+    // At 40, 10:30 under the pointer less the grab; at 50, 10:22 less the grab is still
+    // nearer to 10:15; above the grid the drop is kept on the first row.
+    const std::pair<int, const char*> cases[] = {{40, "1/15/2008 10:15:00 AM"},
+                                                 {50, "1/15/2008 10:15:00 AM"},
+                                                 {51, "1/15/2008 10:30:00 AM"},
+                                                 {0, "1/15/2008 10:00:00 AM"},
+                                                 {900, "1/15/2008 12:15:00 PM"}};
+    for (const auto& [y, start] : cases)
+        EXPECT_EQ(text(target.dropStartAt(y, grab)), start) << y;
+    EXPECT_EQ(view.grabMinutes(2, 50), std::nullopt);
+    target.Height = 0;
+    EXPECT_EQ(target.dropStartAt(40, grab), std::nullopt);
+}
+
+// The window's press carries the pointer itself in MouseButton; the console's
+// aimed clicks are covered by the gesture tests. Scrolling stops at the day's ends.
+TEST_F(DayViewGeometryTest, PressAtAPointAndScrollWithinTheDay) {
+    view.setIncrements(1);
+    view.appointmentSet().Add("a", at(9, 0), at(10, 0));
+    Log seen; // the press and scroll events alone
+    view.MouseButton = [&](std::int16_t, std::int16_t b, std::int16_t, float x, float y) {
+        seen.push_back(std::to_string(b) + "@" + std::to_string(int(x)) + "," + std::to_string(int(y)));
+    };
+    view.TopIndexChange = [&](std::int16_t, OleDate t) { seen.push_back(generalDateText(t)); };
+    EXPECT_TRUE(view.userPressAt(60, 50));        // on the appointment
+    EXPECT_TRUE(view.userPressAt(180, 25, true)); // beside it
+    EXPECT_FALSE(view.userPressAt(60, 200));
+    EXPECT_FALSE(view.userPressAt(200, 20));
+    EXPECT_TRUE(view.appointmentSet().Item(1)->Selected());
+    for (const int rows : {-3, -100, 100, 100})
+        if (const auto top = view.topAfterScroll(rows)) view.userScroll(*top);
+    // 48 rows a day, 10 shown: the last top row is 38, 7 PM.
+    EXPECT_EQ(seen,
+              (Log{"1@900,750", "2@2700,375", "1/15/2008 6:30:00 AM", "1/15/2008", "1/15/2008 7:00:00 PM"}));
 }
 
 } // namespace

@@ -25,24 +25,16 @@ ScriptRun runScript(const std::string& script, const std::function<void(Console&
 } // namespace
 
 TEST(ConsoleValues, PrintedAsLiteralsAScriptReadsBack) {
+    // clang-format off
     const std::pair<Variant, const char*> cases[] = {
-        {Variant(), "Empty"},
-        {Variant("a\"b\\c\r\n\t\x01\x1f"), "\"a\\\"b\\\\c\\r\\n\\t\\x01\\x1F\""},
-        {Variant(std::int16_t(-1)), "-1"},
-        {Variant(std::int32_t(65536)), "65536"},
-        {Variant(4971.6667f), "4971.667"},
-        {Variant(14900.0f), "14900"},
-        {Variant(123456789.0f), "123456800"},
-        {Variant(0.5), "0.5"},
-        {Variant(-0.000125), "-0.000125"},
-        {Variant(1e20), "100000000000000000000"},
-        {Variant(0.1 + 0.2), "0.3"},
-        {Variant(true), "True"},
-        {Variant(makeDateTime(2008, 1, 15, 9, 30, 0)), "#1/15/2008 9:30:00 AM#"},
-        {Variant(makeDate(2008, 1, 15)), "#1/15/2008#"},
-        {Variant(makeTime(9, 30, 0)), "#9:30:00 AM#"},
-        {Variant(ObjectRef()), "Nothing"},
-    };
+        {Variant(), "Empty"}, {Variant("a\"b\\c\r\n\t\x01\x1f"), "\"a\\\"b\\\\c\\r\\n\\t\\x01\\x1F\""},
+        {Variant(std::int16_t(-1)), "-1"}, {Variant(std::int32_t(65536)), "65536"}, {Variant(4971.6667f), "4971.667"},
+        {Variant(14900.0f), "14900"}, {Variant(123456789.0f), "123456800"}, {Variant(0.5), "0.5"},
+        {Variant(-0.000125), "-0.000125"}, {Variant(1e20), "100000000000000000000"}, {Variant(0.1 + 0.2), "0.3"},
+        {Variant(true), "True"}, {Variant(makeDateTime(2008, 1, 15, 9, 30, 0)), "#1/15/2008 9:30:00 AM#"},
+        {Variant(makeDate(2008, 1, 15)), "#1/15/2008#"}, {Variant(makeTime(9, 30, 0)), "#9:30:00 AM#"},
+        {Variant(ObjectRef()), "Nothing"}};
+    // clang-format on
     for (const auto& [value, text] : cases)
         EXPECT_EQ(printValue(value), text);
 }
@@ -69,12 +61,14 @@ TEST(ConsoleReader, LiteralsAndCommandShapes) {
 }
 
 TEST(ConsoleReader, MalformedLinesAreScriptErrors) {
+    // clang-format off
     const char* bad[] = {
         "frobnicate", "set = 1", "set X 1", "get", "get x.", "call F(1,", "call F(1 2)", "let 1 = 2",
         "answer Maybe", "on", "on Event", "user", "user wave cmdX", "user click",
         "user drag dvwResource(0) 1", "twips 0 15", "twips a b", "get \"unclosed", "get \"bad \\q\"",
         "get \"\\x4\"", "get #not a date#", "get #1/15/2008", "get 1.", "get 12ab", "get x @", "today",
         "user dblclick dvwResource(0) at #9:00 AM#"};
+    // clang-format on
     for (const char* line : bad)
         EXPECT_THROW(parseCommand(line), ScriptError) << line;
     std::string deep = "get f";
@@ -92,16 +86,14 @@ TEST(ConsoleRun, ScriptErrorStopsWithNameAndLine) {
     EXPECT_EQ(runScript("once AddApptWithPatent call FocusControl").err,
               "s.host:1: unknown event 'AddApptWithPatent' (did you mean AddApptWithPatient?)\n");
 
-    const char* bad[] = {"get ImagingEnabled",         "set ResourceNumber = \"2\"",
-                         "call ResourceNumber",        "call FocusControl(1)",
-                         "get app(0, 1).Text",         "get dvwResource(10).Tag",
-                         "user menu mnoPrint",         "user click dvwResource(0)",
-                         "let FocusControl = 1",       "on Nonesuch call FocusControl",
-                         "on PatientSearch frob",      "off Nonesuch",
-                         "get state.nonesuch",         "get cmbResource.Text",
-                         "get txtPatName.List(1)",     "user pick cmbNumOfSchedules \"9\"",
-                         "user type txtPatName \"x\"", "user scroll sbSchedule 9",
-                         "get undefinedVariable",      "call GetStatus(app(0, 1))"};
+    // clang-format off
+    const char* bad[] = {
+        "get ImagingEnabled", "set ResourceNumber = \"2\"", "call ResourceNumber", "call FocusControl(1)",
+        "get app(0, 1).Text", "get dvwResource(10).Tag", "user menu mnoPrint", "user click dvwResource(0)",
+        "let FocusControl = 1", "on Nonesuch call FocusControl", "on PatientSearch frob", "off Nonesuch",
+        "get state.nonesuch", "get cmbResource.Text", "get txtPatName.List(1)", "user pick cmbNumOfSchedules \"9\"",
+        "user type txtPatName \"x\"", "user scroll sbSchedule 9", "get undefinedVariable", "call GetStatus(app(0, 1))"};
+    // clang-format on
     for (const char* line : bad) {
         const ScriptRun bad1 = runScript(line);
         EXPECT_EQ(bad1.status, 2) << line;

@@ -1,5 +1,6 @@
 #pragma once
 #include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/members.h>
 
 #include <gtest/gtest.h>
 
@@ -10,11 +11,24 @@
 
 namespace quorvane::test {
 
-// A control on a platform whose today is fixed, with every change report and
-// every event recorded in order.
+// Message boxes logged as "msgbox TEXT", a question with " [YesNo]", and
+// answered as the default answers them: OK, or No.
+struct LoggedBoxes final : MessageBoxService {
+    std::vector<std::string>& log;
+    explicit LoggedBoxes(std::vector<std::string>& to) : log(to) {}
+    MsgBoxResult show(std::string_view text, MsgBoxButtons buttons, std::string_view title) override {
+        const bool ok = buttons == MsgBoxButtons::OK;
+        log.push_back("msgbox " + std::string(text) + (ok ? "" : " [YesNo]") + std::string(title));
+        return ok ? MsgBoxResult::OK : MsgBoxResult::No;
+    }
+};
+
+// A control on a platform whose today is fixed, with every change report,
+// every event and every message box recorded in order.
 struct ControlFixture : ::testing::Test {
     ControlFixture() {
         platform.clock.setToday(makeDate(2008, 1, 15));
+        platform.messageBoxes = &boxes;
         platform.container.onPropertyChanged = [this](std::string_view n) {
             log.push_back("changed " + std::string(n));
         };
@@ -29,6 +43,10 @@ struct ControlFixture : ::testing::Test {
     OleDate at(int h, int m) const { return makeDateTime(2008, 1, 15, h, m, 0); }
     PVDayView& view(int i) { return *control->widgets().dvwResource[static_cast<std::size_t>(i)]; }
     AppointmentSet& set(int index) { return view(index).appointmentSet(); }
+    // A member called by name, as a host calls it.
+    Variant invoke(const std::string& name, MemberKind kind, std::vector<Variant> args) {
+        return invokeMember(*control, *findMember(name, kind), args);
+    }
     // The kind of run-time error the call fails with; none when it goes through.
     static std::optional<ErrorKind> failureOf(const std::function<void()>& call) {
         try {
@@ -41,6 +59,7 @@ struct ControlFixture : ::testing::Test {
 
     Platform platform;
     std::vector<std::string> log;
+    LoggedBoxes boxes{log};
     std::function<void(std::string_view, std::vector<Variant>&)> onEvent;
     EventsByName sink{[this](std::string_view n, std::vector<Variant>& args) {
         std::string line = "event " + std::string(n) + "(";

@@ -8,36 +8,22 @@ using quorvane::test::ControlFixture;
 using AppointmentTest = ControlFixture;
 using ControlTest = ControlFixture;
 
+// A removed appointment is no longer named through its set. The status of one a
+// reload took away, and hosts that re-enter from inside events, are scenarios.
 TEST_F(AppointmentTest, AppointmentOutlivesItsSet) {
-    setColours();
     control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1", "Scheduled", "", "2");
     const AppointmentRef app = set(0).FirstAppointment();
-    const std::int32_t key = app->Key();
     set(0).RemoveAll();
-    EXPECT_EQ(app->view(), nullptr);
-    control->SetStatus(app, "No-Show");
-    EXPECT_EQ(control->GetStatus(app), "No-Show");
-    control->SetAppId("1", "5", key, "6");
-    EXPECT_EQ(app->Tag, "1~~2") << "a removed appointment is no longer named through its set";
-    control->AddAppointment("1", "Next", at(9, 0), at(9, 30), "3", "Scheduled", "", "4");
-    EXPECT_NE(set(0).FirstAppointment()->Key(), key) << "keys are never given twice";
+    control->SetAppId("1", "5", app->Key(), "6");
+    EXPECT_EQ(app->Tag, "1~~2");
 }
 
-// A host that calls back into the control from inside a raise, and changes a
-// by-reference argument.
-TEST_F(AppointmentTest, HostReentersFromInsideEvents) {
-    setColours();
-    onEvent = [this](std::string_view name, std::vector<Variant>& args) {
-        if (name == "UpdateAppStatus") {
-            control->AddAppointment("1", "Nested", at(11, 0), at(11, 30), "9", "Confirmed", "", "9");
-            set(0).RemoveAll();
-            args[1] = Variant("Checked-In");
-        }
-    };
+// An event's by-reference argument comes back as the host left it.
+TEST_F(AppointmentTest, ByReferenceEventArgumentsComeBack) {
+    onEvent = [](std::string_view, std::vector<Variant>& args) { args[1] = Variant("Checked-In"); };
     Variant status("Scheduled");
     control->eventSink()->UpdateAppStatus("501", status);
-    EXPECT_EQ(status, Variant("Checked-In")) << "a by-reference argument comes back";
-    EXPECT_EQ(set(0).Count(), 0);
+    EXPECT_EQ(status, Variant("Checked-In"));
 }
 
 // What a view reports as refused, the control takes back at once.
@@ -71,15 +57,13 @@ TEST_F(ControlTest, PrintoutDescribesTheFocusedColumnsDay) {
     control->setResourceGroupDefaults("10~Main~501~1");
     control->setResourceGroups("10~Main~Y~501~Dr. Ortiz~Providers~Dentists");
     PVDayView& view = *control->widgets().dvwResource[0];
-    const struct {
-        std::int32_t increments;
-        OleDate date, begin, end;
-        const char* info;
-    } rows[] = {
+    // clang-format off
+    const struct { std::int32_t increments; OleDate date, begin, end; const char* info; } rows[] = {
         {0, makeDate(2008, 1, 5), makeTime(8, 30, 0), makeTime(17, 0, 0), "20080105~60~08~17"},
         {4, makeDate(2008, 12, 25), makeTime(0, 0, 0), makeTime(0, 0, 0), "20081225~5~00~00"},
         {2, makeDate(987, 3, 9), makeTime(7, 59, 59), makeTime(23, 59, 0), "9870309~15~07~23"},
     };
+    // clang-format on
     for (const auto& row : rows) {
         view.setIncrements(row.increments);
         view.setBusinessHours(row.begin, row.end);

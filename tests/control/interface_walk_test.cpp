@@ -69,19 +69,8 @@ const char* const kMethods[] = {
 std::string nameOf(const std::string& signature) { return signature.substr(0, signature.find('(')); }
 
 std::string signatureOf(const MemberInfo& m) {
-    auto code = [](DeclaredType t) {
-        switch (t) {
-        case DeclaredType::None: return '-';
-        case DeclaredType::String: return 'S';
-        case DeclaredType::Integer: return 'I';
-        case DeclaredType::Long: return 'L';
-        case DeclaredType::Date: return 'D';
-        case DeclaredType::Variant: return 'V';
-        case DeclaredType::Object: return 'O';
-        case DeclaredType::Appointment: return 'A';
-        default: return '?';
-        }
-    };
+    // The codes in the order of DeclaredType; no method takes or gives a Single, Double or Boolean.
+    const auto code = [](DeclaredType t) { return "-SIL???DVOA"[static_cast<int>(t)]; };
     std::string s = m.name + "(";
     for (const MemberParam& p : m.params)
         s += std::string(1, code(p.type)) + (p.byRef ? "&" : "");

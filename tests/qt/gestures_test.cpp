@@ -9,15 +9,11 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDialog>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 #include <QWheelEvent>
 
 namespace quorvane::test {
@@ -84,43 +80,8 @@ TEST_F(WindowTest, ClicksOnSlotsAndOverlappingAppointments) {
                                                       "user dblclick dvwResource(0) on 1\n"));
 }
 
+// On a free slot the menu books; a Qt host answers the booking from a slot.
 TEST_F(WindowTest, RightClickOpensTheMenuOfWhatLiesUnderThePointer) {
-    QTest::mouseClick(&day(0), Qt::RightButton, {}, at(0, 15, 0));
-    ASSERT_TRUE(window->openMenu());
-    EXPECT_EQ(
-        itemsOf(*window->openMenu()),
-        (QStringList{"Schedule Patient", "Find Next Available", "Search Appointments", "Recall List",
-                     "Show Today", "Week View", "-", "Print Day's Facesheets", "Print Day's Superbills",
-                     "Print Schedule", "-", "Display All Appointments", "Refresh All Schedules (Ctrl+Z)"}));
-    QMenu* types = window->openMenu()->findChild<QMenu*>("mnoSchedulePatient");
-    ASSERT_TRUE(types);
-    EXPECT_EQ(itemsOf(*types), QStringList{"General"}) << "types the column has not are not shown";
-    window->openMenu()->close();
-
-    struct Case {
-        std::int32_t key;
-        const char* recurrence;
-        const char* checked;
-    } cases[] = {{2, "Add Recurrence", "mnoScheduled"}, {1, "Edit Recurrence", "mnoConfirm"}};
-    for (const Case& c : cases) {
-        QTest::mouseClick(&day(0), Qt::RightButton, {}, on(0, c.key));
-        QMenu* menu = window->openMenu();
-        ASSERT_TRUE(menu);
-        EXPECT_EQ(menu->objectName(), "mnuRightClickSchedulerApp");
-        EXPECT_EQ(menu->findChild<QAction*>("mnoAddEditRecurrenceApp")->text(), c.recurrence);
-        EXPECT_EQ(itemsOf(*menu, true), QStringList{c.checked});
-        EXPECT_EQ(itemsOf(*menu).size(), 27);
-        if (c.key == 2 && QTest::qWaitFor([menu] { return menu->isVisible(); })) saveShot(shot(), "menu");
-        menu->close();
-    }
-    EXPECT_EQ(window->control().state().objCurrentApp->Key(), 1);
-    EXPECT_EQ(took(), consoleTranscript(kMorning, "user rightclick dvwResource(0) at #3:00:00 PM#\n"
-                                                  "user rightclick dvwResource(0) on 2\n"
-                                                  "user rightclick dvwResource(0) on 1\n"));
-}
-
-// A booking from the menu, answered as a Qt host answers it: from a slot.
-TEST_F(WindowTest, BookingFromTheMenuIsAnsweredFromASlot) {
     ctlScheduler& c = window->control();
     QObject::connect(window.get(), &SchedulerWidget::addApptWithPatient, [&c](const QString& number) {
         const auto key = static_cast<std::int32_t>(std::stol(c.widgets().txtAppKey.text));
@@ -131,17 +92,42 @@ TEST_F(WindowTest, BookingFromTheMenuIsAnsweredFromASlot) {
     QTest::mouseClick(&day(0), Qt::LeftButton, {}, at(0, 15, 0));
     QTest::mouseClick(&day(0), Qt::RightButton, {}, at(0, 15, 0));
     ASSERT_TRUE(window->openMenu());
+    EXPECT_EQ(
+        itemsOf(*window->openMenu()),
+        (QStringList{"Schedule Patient", "Find Next Available", "Search Appointments", "Recall List",
+                     "Show Today", "Week View", "-", "Print Day's Facesheets", "Print Day's Superbills",
+                     "Print Schedule", "-", "Display All Appointments", "Refresh All Schedules (Ctrl+Z)"}));
+    QMenu* types = window->openMenu()->findChild<QMenu*>("mnoSchedulePatient");
+    ASSERT_TRUE(types);
+    EXPECT_EQ(itemsOf(*types), QStringList{"General"}) << "types the column has not are not shown";
     pick(*window->openMenu(), "mnoSchedulePatientGeneral");
     const AppointmentRef booked = model(0).appointmentSet().Item(3);
     ASSERT_TRUE(booked);
-    EXPECT_EQ(booked->Tag, "1204~~5531");
-    EXPECT_EQ(booked->Text, "Edsger Dijkstra");
-    EXPECT_EQ(c.GetStatus(booked), "Scheduled");
+    EXPECT_EQ(booked->Tag + " " + booked->Text + " " + c.GetStatus(booked),
+              "1204~~5531 Edsger Dijkstra Scheduled");
     EXPECT_TRUE(window->isEnabled());
+
+    // On an appointment, its status checked and the recurrence caption.
+    const std::tuple<std::int32_t, const char*, const char*> cases[] = {{2, "Add Recurrence", "mnoScheduled"},
+                                                                        {1, "Edit Recurrence", "mnoConfirm"}};
+    for (const auto& [key, recurrence, checked] : cases) {
+        QTest::mouseClick(&day(0), Qt::RightButton, {}, on(0, key));
+        QMenu* menu = window->openMenu();
+        ASSERT_TRUE(menu);
+        EXPECT_EQ(menu->objectName(), "mnuRightClickSchedulerApp");
+        EXPECT_EQ(menu->findChild<QAction*>("mnoAddEditRecurrenceApp")->text(), recurrence);
+        EXPECT_EQ(itemsOf(*menu, true), QStringList{checked});
+        EXPECT_EQ(itemsOf(*menu).size(), 27);
+        if (key == 2 && QTest::qWaitFor([menu] { return menu->isVisible(); })) saveShot(shot(), "menu");
+        menu->close();
+    }
+    EXPECT_EQ(c.state().objCurrentApp->Key(), 1);
     EXPECT_EQ(took(), consoleTranscript(kMorning, "on AddApptWithPatient call FocusControl\n"
                                                   "user click dvwResource(0) at #3:00:00 PM#\n"
                                                   "user rightclick dvwResource(0) at #3:00:00 PM#\n"
-                                                  "user menu mnoSchedulePatientGeneral\n"));
+                                                  "user menu mnoSchedulePatientGeneral\n"
+                                                  "user rightclick dvwResource(0) on 2\n"
+                                                  "user rightclick dvwResource(0) on 1\n"));
 }
 
 TEST_F(WindowTest, DragAcrossColumnsShowsWhereItLands) {
@@ -176,10 +162,11 @@ TEST_F(WindowTest, DragAcrossColumnsShowsWhereItLands) {
                                               "user drag dvwResource(0) 1 to dvwResource(1) #1:00:00 PM#\n"));
 }
 
-TEST_F(WindowTest, DragWithinAColumnAndResizeByTheBottomEdge) {
+TEST_F(WindowTest, DragWithinAColumnResizeByTheBottomEdgeAndDelete) {
     endBusyPhases(*window);
     QSignalSpy dragged(window.get(), &SchedulerWidget::resourceAfterDrag);
     QSignalSpy resized(window.get(), &SchedulerWidget::resourceAfterResize);
+    QSignalSpy removed(window.get(), &SchedulerWidget::resourceBeforeRemove);
     // Grace Hopper, 11:00 to 11:30, two rows down.
     drag(day(1), on(1, 1), on(1, 1) + QPoint(0, 40));
     const AppointmentRef moved = model(1).appointmentSet().Item(2);
@@ -193,18 +180,8 @@ TEST_F(WindowTest, DragWithinAColumnAndResizeByTheBottomEdge) {
     EXPECT_EQ(generalDateText(moved->EndDateTime), "1/15/2008 1:30:00 PM");
     EXPECT_EQ(dragged.count(), 1);
     EXPECT_EQ(resized.count(), 1);
-    EXPECT_EQ(took(),
-              consoleTranscript(kMorning, std::string(kEndBusyPhases) +
-                                              "user click dvwResource(1) on 1\n"
-                                              "user drag dvwResource(1) 1 to dvwResource(1) #12:00:00 PM#\n"
-                                              "user click dvwResource(1) on 2\n"
-                                              "user resize dvwResource(1) 2 to #1:30:00 PM#\n"));
-}
 
-TEST_F(WindowTest, DeleteAsksAndOnlyYesReachesTheHost) {
-    endBusyPhases(*window);
-    QSignalSpy removed(window.get(), &SchedulerWidget::resourceBeforeRemove);
-    QTest::mouseClick(&day(1), Qt::LeftButton, {}, on(1, 1));
+    // The Delete key asks, and only Yes reaches the host.
     answerNext(false);
     QTest::keyClick(&day(1), Qt::Key_Delete);
     EXPECT_EQ(model(1).appointmentSet().Count(), 1);
@@ -214,10 +191,14 @@ TEST_F(WindowTest, DeleteAsksAndOnlyYesReachesTheHost) {
     EXPECT_EQ(model(1).appointmentSet().Count(), 0);
     ASSERT_EQ(removed.count(), 1);
     EXPECT_EQ(removed.at(0), (QVariantList{"502", "2"}));
-    EXPECT_EQ(took(), consoleTranscript(kMorning, std::string(kEndBusyPhases) +
-                                                      "user click dvwResource(1) on 1\n"
-                                                      "answer No\nuser delete dvwResource(1) 1\n"
-                                                      "answer Yes\nuser delete dvwResource(1) 1\n"));
+    EXPECT_EQ(took(),
+              consoleTranscript(kMorning, std::string(kEndBusyPhases) +
+                                              "user click dvwResource(1) on 1\n"
+                                              "user drag dvwResource(1) 1 to dvwResource(1) #12:00:00 PM#\n"
+                                              "user click dvwResource(1) on 2\n"
+                                              "user resize dvwResource(1) 2 to #1:30:00 PM#\n"
+                                              "answer No\nuser delete dvwResource(1) 2\n"
+                                              "answer Yes\nuser delete dvwResource(1) 2\n"));
 }
 
 TEST_F(WindowTest, WheelAndScrollBarMoveTheTopOfTheGrid) {
@@ -265,40 +246,6 @@ TEST_F(WindowTest, KeysReachTheControlFirstThenTheField) {
     EXPECT_EQ(refresh.count(), 1);
     EXPECT_EQ(took(), consoleTranscript(kMorning, "user key 26 in txtAppChiefComplaint\n"
                                                   "user key 17 in txtAppChiefComplaint\n"));
-}
-
-TEST_F(WindowTest, WeekViewIsAModalDialogTheUserCloses) {
-    ctlScheduler& c = window->control();
-    QSignalSpy loads(window.get(), &SchedulerWidget::onWeekLoad);
-    QObject::connect(window.get(), &SchedulerWidget::onWeekLoad, [&c](const QString&, const QDate&) {
-        c.AddWkvwAppointment("1", "Ada Byron", makeDateTime(2008, 1, 14, 9, 0, 0),
-                             makeDateTime(2008, 1, 14, 10, 0, 0), "1201", "Confirmed", 1);
-        c.AddWkvwAppointment("1", "Alan Kay", makeDateTime(2008, 1, 16, 11, 0, 0),
-                             makeDateTime(2008, 1, 16, 11, 30, 0), "1202", "Scheduled", 3);
-        OleDate end = makeDateTime(2008, 1, 15, 13, 0, 0);
-        std::string lunch = "#C0C0C0";
-        c.AddTemplateWeekview(Variant(std::int16_t{1}), makeDateTime(2008, 1, 15, 12, 0, 0), end, "Lunch",
-                              lunch);
-        c.ShowWkvw();
-    });
-    QString resource;
-    QTimer::singleShot(0, [&] {
-        const bool shown = QTest::qWaitFor([] {
-            return QApplication::activeModalWidget() &&
-                   QApplication::activeModalWidget()->objectName() == "frmWeekView";
-        });
-        ASSERT_TRUE(shown);
-        QWidget* dialog = QApplication::activeModalWidget();
-        resource = dialog->findChild<QLineEdit*>("txtResource")->text();
-        saveShot(dialog->grab().toImage(), "week");
-        QTest::mouseClick(dialog->findChild<QPushButton*>("cmdClose"), Qt::LeftButton);
-    });
-    QTest::mouseClick(&day(0), Qt::RightButton, {}, at(0, 15, 0));
-    pick(*window->openMenu(), "mnoWeekView");
-    EXPECT_EQ(loads.count(), 1);
-    EXPECT_EQ(resource, "Dr. Ortiz");
-    EXPECT_FALSE(c.frmWeekView().visible);
-    EXPECT_EQ(c.frmWeekView().wvwWeekView.day(0)->appointmentSet().Count(), 0) << "closing empties the week";
 }
 
 // A host's failure inside a gesture reaches the host as untrappedError, never

@@ -21,11 +21,8 @@ TEST_F(WindowTest, PixelsAtKnownPointsAtBothRatios) {
     auto point = [&](int column, int x, int y) {
         return day(column).mapTo(window.get(), day(column).fromView({x, y}));
     };
-    struct Probe {
-        const char* what;
-        QPoint at;
-        QColor color;
-    } probes[] = {
+    // clang-format off
+    const struct { const char* what; QPoint at; QColor color; } probes[] = {
         {"lunch template cell", inWindow(0, at(0, 12, 30)), QColor(0xC0, 0xC0, 0xC0)},
         {"appointment box", point(1, grace.right - 3, grace.bottom - 3), QColor(0, 255, 0)},
         {"selected slot", inWindow(1, at(1, 16, 0)), QColor(0xc6, 0xde, 0xff)},
@@ -34,9 +31,10 @@ TEST_F(WindowTest, PixelsAtKnownPointsAtBothRatios) {
         {"template cell of the second column", point(1, grace.left + 5, 5), QColor(0xFF, 0xE0, 0xA0)},
         {"bare cell after business hours", inWindow(1, at(1, 18, 0)), QColor(Qt::white).darker(108)},
     };
+    // clang-format on
     for (const qreal ratio : {1.0, 2.0}) {
         const QImage image = shot(ratio);
-        for (const Probe& p : probes)
+        for (const auto& p : probes)
             EXPECT_EQ(image.pixelColor(p.at * ratio).name().toStdString(), p.color.name().toStdString())
                 << p.what << " at ratio " << ratio;
         // The box's right edge: every device pixel of its border is the

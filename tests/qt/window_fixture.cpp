@@ -38,18 +38,14 @@ set PatName = "Edsger Dijkstra"
 
 namespace {
 
-std::string trimmed(const std::string& line) {
-    const auto first = line.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : line.substr(first);
-}
-
+// The lines of a transcript less the commands and the values they print, unindented.
 Lines transcriptLines(const std::string& text) {
     Lines lines;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        line = trimmed(line);
-        if (!line.empty() && line[0] != '>' && line[0] != '=') lines.push_back(line);
-    }
+    for (std::string line; std::getline(in, line);)
+        if (const auto first = line.find_first_not_of(' ');
+            first != std::string::npos && line[first] != '>' && line[first] != '=')
+            lines.push_back(line.substr(first));
     return lines;
 }
 
@@ -95,18 +91,14 @@ WindowTest::WindowTest() {
     QObject::connect(answerer, &QTimer::timeout, [this] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         if (!box || !box->isVisible()) return;
-        const bool question = box->button(QMessageBox::Yes) != nullptr;
-        std::string line = std::string("msgbox(") + (question ? "YesNo" : "OK") + ", " +
-                           host::printValue(Variant(box->text().toStdString())) + ")";
-        QAbstractButton* button = box->button(QMessageBox::Ok);
-        if (question) {
-            const bool yes = !answers.empty() && answers.front();
-            if (!answers.empty()) answers.erase(answers.begin());
-            line += yes ? " -> Yes" : " -> No";
-            button = box->button(yes ? QMessageBox::Yes : QMessageBox::No);
-        }
-        log.push_back(line);
-        QTest::mouseClick(button, Qt::LeftButton);
+        const bool question = box->button(QMessageBox::Yes) != nullptr,
+                   yes = question && !answers.empty() && answers[0];
+        if (question && !answers.empty()) answers.erase(answers.begin());
+        log.push_back(std::string("msgbox(") + (question ? "YesNo" : "OK") + ", " +
+                      host::printValue(Variant(box->text().toStdString())) + ")" +
+                      (question ? (yes ? " -> Yes" : " -> No") : ""));
+        const auto answer = question ? (yes ? QMessageBox::Yes : QMessageBox::No) : QMessageBox::Ok;
+        QTest::mouseClick(box->button(answer), Qt::LeftButton);
     });
     answerer->start(5);
 }
@@ -135,14 +127,6 @@ void WindowTest::drag(DayViewWidget& w, QPoint from, QPoint to, int steps) {
     QTest::mouseRelease(&w, Qt::LeftButton, {}, to);
 }
 
-void WindowTest::answerNext(bool yes) { answers.push_back(yes); }
-
-Lines WindowTest::took() {
-    Lines lines;
-    lines.swap(log);
-    return lines;
-}
-
 QImage WindowTest::shot(qreal ratio) {
     QImage image(window->size() * ratio, QImage::Format_ARGB32);
     image.setDevicePixelRatio(ratio);
@@ -156,9 +140,7 @@ QImage WindowTest::shot(qreal ratio) {
 }
 
 void WindowTest::saveShot(const QImage& image, const char* name) {
-    const QString dir = qEnvironmentVariableIsEmpty("QUORVANE_SCREENSHOTS")
-                            ? QDir::currentPath() + QStringLiteral("/screenshots")
-                            : qEnvironmentVariable("QUORVANE_SCREENSHOTS");
+    const QString dir = qEnvironmentVariable("QUORVANE_SCREENSHOTS", QDir::currentPath() + "/screenshots");
     QDir().mkpath(dir);
     EXPECT_TRUE(image.save(dir + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".png")));
 }

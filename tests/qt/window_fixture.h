@@ -17,6 +17,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quorvane::test {
@@ -47,9 +48,9 @@ struct WindowTest : ::testing::Test {
     // Press, move in steps, release: a drag of the left button on a day view.
     void drag(DayViewWidget& w, QPoint from, QPoint to, int steps = 4);
     // The answer the user gives the next Yes/No box, as the console's "answer".
-    void answerNext(bool yes);
+    void answerNext(bool yes) { answers.push_back(yes); }
     // Lines logged since the last call.
-    Lines took();
+    Lines took() { return std::exchange(log, {}); }
     // The window as the screen shows it at a device pixel ratio, with an open
     // menu drawn where it stands.
     QImage shot(qreal ratio = 1.0);

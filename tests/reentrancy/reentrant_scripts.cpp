@@ -24,6 +24,16 @@ using namespace quorvane::host;
 
 namespace {
 
+using Lines = std::vector<std::string>;
+
+Lines linesOf(const char* text) {
+    Lines out;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        out.push_back(line);
+    return out;
+}
+
 const char* const kPreamble = R"(today #1/15/2008#
 set ccScheduled = 16761024
 set ccConfirmed = 65535
@@ -36,12 +46,8 @@ set TaskingEnabled = "true"
 call ResizeControl(700, 1000)
 set ResourceGroupViews = "10~Main Office~2~3~~20~Annex~1~1"
 set ResourceGroupDefaults = "10~Main Office~501~1~~10~Main Office~502~2~~20~Annex~610~1"
+set ResourceGroups = "10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists~~10~Main Office~Y~502~Dr. Park~Providers~Hygiene~~10~Main Office~Y~503~Room B~Rooms~Exam~~20~Annex~N~610~Room A~Rooms~Exam"
 )";
-
-const char* const kGroups =
-    "10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists~~10~Main Office~Y~502~Dr. Park~"
-    "Providers~Hygiene~~10~Main Office~Y~503~Room B~Rooms~Exam~~20~Annex~N~610~Room A~"
-    "Rooms~Exam";
 
 // The host's standing answers: it loads a column when asked, ends every busy
 // phase, names bookings and fills the week and the panel. None raises its own
@@ -69,85 +75,72 @@ on PatientSearch call PatientLoaded
 
 // What a handler may do from inside any event: never a script error, whatever
 // state the control is in when it runs.
-const char* const kReentrantCommands[] = {
-    "call RefreshSchedule(1)",
-    "call RefreshSchedule(2)",
-    "call RefreshSchedule(3)",
-    "user pick cmbResourceGroup \"Annex\"",
-    "user pick cmbResourceGroup \"Main Office\"",
-    "set ResourceGroups = \"10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists\"",
-    "set Resources = \"1~2~3~4\"",
-    "call AddAppointment(\"1\", \"Inside\", #1/15/2008 9:15 AM#, #1/15/2008 9:45 AM#, \"1100\", \"No-Show\", "
-    "\"\", "
-    "\"59\")",
-    "call AddAppointment(\"2\", \"Inside\", #1/15/2008 2:00 PM#, #1/15/2008 3:00 PM#, \"1101\", "
-    "\"Scheduled\", \"9\", "
-    "\"60\")",
-    "call SetResourceAndDate(\"502\", 1, \"1/16/2008\")",
-    "set Resource1Date = #1/17/2008#",
-    "set Resource2Date = #1/15/2008#",
-    "set DayIncrement1 = \"15\"",
-    "set DayIncrement2 = \"60\"",
-    "call mnoDeleteApp_Click",
-    "call mnoCheckIn_Click",
-    "call mnoWeekView_Click",
-    "call mnoPrint_Click",
-    "call ScheduleApp",
-    "call cmdLoad_Click",
-    "call cmdPatientSearch_Click",
-    "call NextAvailableClick",
-    "call mnoShowToday_Click",
-    "call UpdateCurrentAppStatus(\"Cancelled\")",
-    "call SetAppointmentType(\"New|45|First|Intake|7~Short|||\", \"1\")",
-    "call ClearPatient",
-    "call FocusControl",
-    "set UserControlEnabled = False",
-    "answer Yes",
-    "answer No",
-    "user key 26",
-    "user key 19",
-    "user calendar #1/16/2008#",
-    "user date dvwResource(0) #1/15/2008#",
-    "user slot dvwResource(1) #9:00 AM#",
-    "user scroll dvwResource(0) to #11:00 AM#",
-    "user type txtAppComments \"From inside\"",
-    "user click cmdValidatePatient",
-    "get ResourceNumber",
-};
+const Lines kReentrantCommands = linesOf(R"(call RefreshSchedule(1)
+call RefreshSchedule(2)
+call RefreshSchedule(3)
+user pick cmbResourceGroup "Annex"
+user pick cmbResourceGroup "Main Office"
+set ResourceGroups = "10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists"
+set Resources = "1~2~3~4"
+call AddAppointment("1", "Inside", #1/15/2008 9:15 AM#, #1/15/2008 9:45 AM#, "1100", "No-Show", "", "59")
+call AddAppointment("2", "Inside", #1/15/2008 2:00 PM#, #1/15/2008 3:00 PM#, "1101", "Scheduled", "9", "60")
+call SetResourceAndDate("502", 1, "1/16/2008")
+set Resource1Date = #1/17/2008#
+set Resource2Date = #1/15/2008#
+set DayIncrement1 = "15"
+set DayIncrement2 = "60"
+call mnoDeleteApp_Click
+call mnoCheckIn_Click
+call mnoWeekView_Click
+call mnoPrint_Click
+call ScheduleApp
+call cmdLoad_Click
+call cmdPatientSearch_Click
+call NextAvailableClick
+call mnoShowToday_Click
+call UpdateCurrentAppStatus("Cancelled")
+call SetAppointmentType("New|45|First|Intake|7~Short|||", "1")
+call ClearPatient
+call FocusControl
+set UserControlEnabled = False
+answer Yes
+answer No
+user key 26
+user key 19
+user calendar #1/16/2008#
+user date dvwResource(0) #1/15/2008#
+user slot dvwResource(1) #9:00 AM#
+user scroll dvwResource(0) to #11:00 AM#
+user type txtAppComments "From inside"
+user click cmdValidatePatient
+get ResourceNumber)");
 
-class Generator {
-public:
+// The items each right-click menu offers a pick; some twice, to draw them more often.
+const Lines kFreeSlotPicks =
+    linesOf("mnoSchedulePatientGeneral\nmnoFindNextAvailable\nmnoPrint\nmnoWeekView\n"
+            "mnoShowToday\nmnoRefreshAllSchedules\nmnoSchedulePatientGeneral");
+const Lines kAppointmentPicks = linesOf("mnoCheckIn\nmnoConfirm\nmnoCancelled\nmnoDeleteApp\n"
+                                        "mnoAddEditRecurrenceApp\nmnoOpenQuickPay\nmnoDeleteApp");
+
+struct Generator {
     Generator(unsigned seed, int lines) : rng_(seed), lines_(lines) { rebuild(); }
 
     std::string run() {
-        accept(kPreamble);
-        accept(std::string("set ResourceGroups = \"") + kGroups + "\"\n");
-        accept(kStandingHandlers);
-        accept("set PatEID = \"57\"\nset PatName = \"Grace Hopper\"\n");
-        int sinceReset = 0;
-        while (count(script_) < lines_) {
+        for (const std::string fixed :
+             {kPreamble, kStandingHandlers, "set PatEID = \"57\"\nset PatName = \"Grace Hopper\"\n"})
+            if (!tryBlock(fixed)) throw std::logic_error("a fixed block failed: " + fixed);
+        for (int sinceReset = 0; std::count(script_.begin(), script_.end(), '\n') < lines_;) {
             std::string block = draw();
-            if (++sinceReset > 200) {
-                // Pending once handlers are dropped now and then, so that their
-                // chains stay well within the console's nesting limit.
-                block = "off\n" + std::string(kStandingHandlers) + block;
-                sinceReset = 0;
-            }
+            // Pending once handlers are dropped now and then, so that their
+            // chains stay well within the console's nesting limit.
+            if (++sinceReset > 200) block = "off\n" + std::string(kStandingHandlers) + block, sinceReset = 0;
             if (!tryBlock(block)) rebuild();
         }
         return script_;
     }
 
-private:
-    static int count(const std::string& s) { return static_cast<int>(std::count(s.begin(), s.end(), '\n')); }
-
-    int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }
-    template <std::size_t N> const char* any(const char* const (&items)[N]) {
-        return items[pick(static_cast<int>(N))];
-    }
-    const char* any(std::initializer_list<const char*> items) {
-        return items.begin()[pick(static_cast<int>(items.size()))];
-    }
+    int pick(std::size_t n) { return std::uniform_int_distribution<int>(0, static_cast<int>(n) - 1)(rng_); }
+    std::string any(const Lines& items) { return items[static_cast<std::size_t>(pick(items.size()))]; }
 
     void rebuild() {
         out_.str("");
@@ -155,10 +148,6 @@ private:
         std::ostringstream ignored;
         if (!script_.empty() && console_->run("gen", script_, ignored) != 0)
             throw std::logic_error("the accepted script no longer runs");
-    }
-
-    void accept(const std::string& block) {
-        if (!tryBlock(block)) throw std::logic_error("a fixed block failed: " + block);
     }
 
     // Runs a block on the live console; keeps it when it runs without a script error.
@@ -171,31 +160,27 @@ private:
     }
 
     ctlScheduler& control() { return console_->control(); }
+    const PVDayView& column(int i) { return *control().widgets().dvwResource[static_cast<std::size_t>(i)]; }
 
     // A visible column and a time on its grid, or -1.
     int visibleColumn(OleDate& time) {
         for (int tries = 0; tries < 6; ++tries) {
             const int i = pick(3);
-            const PVDayView& v = *control().widgets().dvwResource[static_cast<std::size_t>(i)];
             const int minute = 8 * 60 + 5 * pick(24);
             time = makeTime(minute / 60, minute % 60, 0);
-            if (v.Visible && v.pointOfTime(time)) return i;
+            if (column(i).Visible && column(i).pointOfTime(time)) return i;
         }
         return -1;
     }
 
     // An appointment the user can aim at in column i, or 0.
     std::int32_t visibleKey(int i) {
-        const PVDayView& v = *control().widgets().dvwResource[static_cast<std::size_t>(i)];
-        if (!v.Visible) return 0;
+        if (!column(i).Visible) return 0;
         std::vector<std::int32_t> keys;
-        for (const AppointmentRef& a : v.appointmentSet().items())
-            if (v.pointOfAppointment(a->Key())) keys.push_back(a->Key());
-        return keys.empty() ? 0 : keys[static_cast<std::size_t>(pick(static_cast<int>(keys.size())))];
+        for (const AppointmentRef& a : column(i).appointmentSet().items())
+            if (column(i).pointOfAppointment(a->Key())) keys.push_back(a->Key());
+        return keys.empty() ? 0 : keys[static_cast<std::size_t>(pick(keys.size()))];
     }
-
-    static std::string view(int i) { return "dvwResource(" + std::to_string(i) + ")"; }
-    static std::string at(OleDate t) { return "#" + generalDateText(t) + "#"; }
 
     // A gesture of the user on what is there now, or "" when nothing fits.
     std::string gesture() {
@@ -203,31 +188,24 @@ private:
         const int i = visibleColumn(t);
         if (i < 0) return "";
         const std::int32_t key = visibleKey(i);
-        const std::string k = std::to_string(key);
+        const auto at = [](OleDate when) { return " #" + generalDateText(when) + "#"; };
+        const std::string view = "dvwResource(" + std::to_string(i) + ")", on = " " + std::to_string(key);
+        // clang-format off
         switch (pick(9)) {
-        case 0:
-            return "user click " + view(i) + " at " + at(t);
-        case 1:
-            return key ? "user click " + view(i) + " on " + k : "";
-        case 2:
-            return key ? "user dblclick " + view(i) + " on " + k : "";
+        case 0: return "user click " + view + " at" + at(t);
+        case 1: return key ? "user click " + view + " on" + on : "";
+        case 2: return key ? "user dblclick " + view + " on" + on : "";
         case 3: {
             const int j = visibleColumn(t2);
-            return key && j >= 0 ? "user drag " + view(i) + " " + k + " to " + view(j) + " " + at(t2) : "";
+            return key && j >= 0 ? "user drag " + view + on + " to dvwResource(" + std::to_string(j) + ")" + at(t2) : "";
         }
-        case 4:
-            return key ? "user resize " + view(i) + " " + k + " to " + at(t) : "";
-        case 5:
-            return key ? any({"answer Yes\n", "answer No\n"}) + std::string("user delete ") + view(i) + " " +
-                             k
-                       : "";
-        case 6:
-            return "user type " + view(i) + " at " + at(t) + " " + any({"\"Walk-in\"", "\"  \""});
-        case 7:
-            return "user rightclick " + view(i) + (key ? " on " + k : " at " + at(t));
-        default:
-            return "user scroll " + view(i) + " to " + at(t);
+        case 4: return key ? "user resize " + view + on + " to" + at(t) : "";
+        case 5: return key ? any({"answer Yes", "answer No"}) + "\nuser delete " + view + on : "";
+        case 6: return "user type " + view + " at" + at(t) + " " + any({"\"Walk-in\"", "\"  \""});
+        case 7: return "user rightclick " + view + (key ? " on" + on : " at" + at(t));
+        default: return "user scroll " + view + " to" + at(t);
         }
+        // clang-format on
     }
 
     // A menu item the open menu shows, after a right click that opened one.
@@ -235,56 +213,36 @@ private:
         const std::string text = out_.str();
         const bool app = text.find("popup mnuRightClickSchedulerApp") != std::string::npos;
         if (!app && text.find("popup mnuRightClickScheduler") == std::string::npos) return "";
-        static const char* const kFree[] = {"mnoSchedulePatientGeneral",
-                                            "mnoFindNextAvailable",
-                                            "mnoPrint",
-                                            "mnoWeekView",
-                                            "mnoShowToday",
-                                            "mnoRefreshAllSchedules",
-                                            "mnoSchedulePatientGeneral"};
-        static const char* const kApp[] = {
-            "mnoCheckIn",      "mnoConfirm",  "mnoCancelled", "mnoDeleteApp", "mnoAddEditRecurrenceApp",
-            "mnoOpenQuickPay", "mnoDeleteApp"};
-        return "user menu " + std::string(app ? any(kApp) : any(kFree)) + "\n";
+        return "user menu " + any(app ? kAppointmentPicks : kFreeSlotPicks) + "\n";
     }
 
     std::string draw() {
-        switch (pick(10)) {
-        case 0:
-        case 1: {
+        const int kind = pick(10);
+        if (kind < 2) {
             // Handlers on any of the 37 events, each doing something re-entrant.
             const auto& events = eventTable();
             std::string block;
             for (int n = 1 + pick(3); n > 0; --n) {
-                const EventInfo& e = events[static_cast<std::size_t>(pick(static_cast<int>(events.size())))];
+                const EventInfo& e = events[static_cast<std::size_t>(pick(events.size()))];
                 if (e.name == "RefreshAllSchedules") continue; // kept for gestures from inside
                 block += "once " + std::string(e.name) + " " + any(kReentrantCommands) + "\n";
             }
             return block;
         }
-        case 2: {
-            // A gesture from inside an event raised at once by the call after it,
-            // aimed at what is there now.
-            if (!control().UserControlEnabled()) return "call FocusControl\n";
-            const std::string inner = gesture();
-            if (inner.empty() || inner.find('\n') != std::string::npos) return "";
-            return "once RefreshAllSchedules " + inner + "\ncall mnoRefreshAllSchedules_Click\n";
-        }
-        case 3:
-            return any(kReentrantCommands) + std::string("\n");
-        default: {
-            if (!control().UserControlEnabled()) return "call FocusControl\n";
-            const std::string g = gesture();
-            if (g.empty()) return "";
-            // A right click's menu is picked from on the next line when it opened.
-            if (g.rfind("user rightclick", 0) == 0) {
-                if (tryBlock(g + "\n")) return menuPick();
-                rebuild();
-                return "";
-            }
-            return g + "\n";
-        }
-        }
+        if (kind == 3) return any(kReentrantCommands) + "\n";
+        if (!control().UserControlEnabled()) return "call FocusControl\n";
+        const std::string g = gesture();
+        if (g.empty()) return "";
+        // A gesture from inside an event raised at once by the call after it.
+        if (kind == 2)
+            return g.find('\n') != std::string::npos
+                       ? ""
+                       : "once RefreshAllSchedules " + g + "\ncall mnoRefreshAllSchedules_Click\n";
+        if (g.rfind("user rightclick", 0) != 0) return g + "\n";
+        // A right click's menu is picked from on the next line when it opened.
+        if (tryBlock(g + "\n")) return menuPick();
+        rebuild();
+        return "";
     }
 
     std::mt19937 rng_;
@@ -296,16 +254,11 @@ private:
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::cerr << "usage: reentrant-scripts SEED LINES\n";
-        return 1;
-    }
-    try {
-        std::cout << Generator(static_cast<unsigned>(std::stoul(argv[1])), std::stoi(argv[2])).run();
-    } catch (const std::exception& e) {
-        std::cerr << "reentrant-scripts: " << e.what() << "\n";
-        return 1;
-    }
+int main(int argc, char** argv) try {
+    if (argc != 3) return std::cerr << "usage: reentrant-scripts SEED LINES\n", 1;
+    std::cout << Generator(static_cast<unsigned>(std::stoul(argv[1])), std::stoi(argv[2])).run();
     return 0;
+} catch (const std::exception& e) {
+    std::cerr << "reentrant-scripts: " << e.what() << "\n";
+    return 1;
 }

@@ -116,18 +116,3 @@ TEST(VariantConvert, ToBooleanDateAndObject) {
     EXPECT_EQ(Variant().toObject(), nullptr);
     EXPECT_THROW(Variant("x").toObject(), TypeMismatch);
 }
-
-TEST(ErrorKinds, NamesAndCatchableAsBase) {
-    const char* names[] = {"TypeMismatch",         "Overflow",
-                           "SubscriptOutOfRange",  "DivisionByZero",
-                           "InvalidProcedureCall", "InvalidPropertyValue",
-                           "ObjectRequired"};
-    for (int i = 0; i < 7; ++i)
-        EXPECT_EQ(errorKindName(static_cast<ErrorKind>(i)), names[i]);
-    try {
-        textToNumber("abc");
-        FAIL();
-    } catch (const RuntimeError& e) {
-        EXPECT_EQ(e.kind(), ErrorKind::TypeMismatch);
-    }
-}

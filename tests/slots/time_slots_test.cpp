@@ -1,8 +1,6 @@
 #include "control/control_fixture.h"
 #include "slots/slot_scan.h"
 
-#include <QuorvaneScheduler/members.h>
-
 #include <set>
 
 using namespace quorvane;
@@ -82,9 +80,8 @@ struct TimeSlotTest : SlotFixture {
     std::string entries() const {
         std::string s;
         for (int e = 0; e < 12; ++e)
-            if (lastSlot(e) != OleDate())
-                s +=
-                    (s.empty() ? "" : " ") + std::to_string(e) + "@" + generalDateText(timePart(lastSlot(e)));
+            if (const OleDate t = lastSlot(e); t != OleDate())
+                s += (s.empty() ? "" : " ") + std::to_string(e) + "@" + generalDateText(timePart(t));
         return s;
     }
 };
@@ -108,30 +105,23 @@ TEST_F(TimeSlotTest, OnlyTheLastColumnClickedKeepsItsSlot) {
     EXPECT_TRUE(log.empty()) << "selection is no business of the host";
 }
 
+// A number spares its column, anything else clears every column; a failed
+// number clears nothing.
 TEST_F(TimeSlotTest, ClearTimeSlotsSparesOneColumnOrNone) {
-    struct Row {
-        Variant argument;
-        bool kept;
-    };
-    const Row rows[] = {{Variant("4"), true},   {Variant(std::int16_t(4)), true},
-                        {Variant("4.4"), true}, {Variant("1"), false},
-                        {Variant("0"), false},  {Variant("11"), false},
-                        {Variant("-5"), false}, {Variant(), false}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.argument.toString());
+    // clang-format off
+    const std::tuple<Variant, bool, std::optional<ErrorKind>> rows[] = {
+        {Variant("4"), true, {}}, {Variant(std::int16_t(4)), true, {}}, {Variant("4.4"), true, {}},
+        {Variant("1"), false, {}}, {Variant("0"), false, {}}, {Variant("11"), false, {}}, {Variant("-5"), false, {}},
+        {Variant(), false, {}}, {Variant("four"), true, ErrorKind::TypeMismatch},
+        {Variant("99999"), true, ErrorKind::Overflow}};
+    // clang-format on
+    for (const auto& [argument, kept, error] : rows) {
+        SCOPED_TRACE(argument.toString());
         view(3).userSlot(at(9, 0));
-        control->ClearTimeSlots(row.argument);
-        EXPECT_EQ(view(3).TimeSlotSelected(at(9, 0)), row.kept);
-        EXPECT_EQ(lastSlot(4) != OleDate(), row.kept);
+        EXPECT_EQ(failureOf([&] { control->ClearTimeSlots(argument); }), error);
+        EXPECT_EQ(view(3).TimeSlotSelected(at(9, 0)), kept);
+        EXPECT_EQ(entries(), kept ? "4@9:00:00 AM" : "");
     }
-}
-
-TEST_F(TimeSlotTest, ClearTimeSlotsWithNoNumberClearsNothing) {
-    view(3).userSlot(at(9, 0));
-    EXPECT_THROW(control->ClearTimeSlots(Variant("four")), TypeMismatch);
-    EXPECT_THROW(control->ClearTimeSlots(Variant("99999")), Overflow);
-    EXPECT_EQ(entries(), "4@9:00:00 AM");
-    EXPECT_TRUE(view(3).TimeSlotSelected(at(9, 0)));
 }
 
 // Slots without an entry, or with an entry that has no date, are never taken
@@ -198,21 +188,18 @@ TEST_F(TimeSlotTest, TenNamesEachReachTheirOwnColumn) {
         const std::string name = "Resource" + std::to_string(n) + "TimeSlotSelected";
         SCOPED_TRACE(name);
         log.clear();
-        std::vector<Variant> write{Variant(at(9, 0)), Variant(true)};
-        invokeMember(*control, *findMember(name, MemberKind::PropertyLet), write);
+        invoke(name, MemberKind::PropertyLet, {Variant(at(9, 0)), Variant(true)});
         EXPECT_EQ(log, std::vector<std::string>{"changed " + name});
         for (int i = 0; i < kColumns; ++i)
             EXPECT_EQ(view(i).TimeSlotSelected(at(9, 0)), i == n - 1);
-        std::vector<Variant> read{Variant("9:00 AM")};
-        EXPECT_EQ(invokeMember(*control, *findMember(name, MemberKind::PropertyGet), read), Variant(true));
+        EXPECT_EQ(invoke(name, MemberKind::PropertyGet, {Variant("9:00 AM")}), Variant(true));
         view(n - 1).setTimeSlotSelected(at(9, 0), false);
     }
     EXPECT_EQ(lastSlot(1), OleDate()) << "a host's write keeps no entry";
 
     log.clear();
-    std::vector<Variant> noDate{Variant("nine"), Variant(true)};
     EXPECT_THROW(
-        invokeMember(*control, *findMember("Resource1TimeSlotSelected", MemberKind::PropertyLet), noDate),
+        invoke("Resource1TimeSlotSelected", MemberKind::PropertyLet, {Variant("nine"), Variant(true)}),
         TypeMismatch);
     EXPECT_TRUE(log.empty()) << "a failed write reports nothing";
 }
@@ -248,17 +235,14 @@ TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
         {Variant(ObjectRef()), ErrorKind::ObjectRequired},
         {Variant("1"), ErrorKind::TypeMismatch}};
     for (const char* name : {"getSelectedTimeSlot", "RemoveTimeSlotSelected", "IntervalInMinutes"}) {
-        for (const auto& [argument, kind] : rows) {
-            std::vector<Variant> args{argument};
-            EXPECT_EQ(failureOf([&] { invokeMember(*control, *findMember(name, MemberKind::Method), args); }),
-                      kind)
-                << name << " " << int(kind);
-        }
+        for (const auto& [argument, kind] : rows)
+            EXPECT_EQ(failureOf([&] { invoke(name, MemberKind::Method, {argument}); }), kind)
+                << name << int(kind);
     }
     EXPECT_EQ(entries(), "1@9:00:00 AM");
     EXPECT_TRUE(view(0).TimeSlotSelected(at(9, 0)));
-    std::vector<Variant> tenth{Variant(ObjectRef(control->widgets().dvwResource[9]))};
-    EXPECT_EQ(invokeMember(*control, *findMember("IntervalInMinutes", MemberKind::Method), tenth),
+    EXPECT_EQ(invoke("IntervalInMinutes", MemberKind::Method,
+                     {Variant(ObjectRef(control->widgets().dvwResource[9]))}),
               Variant(std::int16_t(30)));
 }
 
