@@ -107,8 +107,14 @@ void DeskWindow::build() {
     host.session().recorder = recorder_.get();
     host.changedOutside = [this] { s_->widget->refresh(); };
 
-    if (layout()) layout()->activate();
-    controlSize_ = s.widget->size();
+    // A new control takes the size of the one before it; the first, the size
+    // the window's layout gives it.
+    if (controlSize_.isEmpty()) {
+        if (layout()) layout()->activate();
+        controlSize_ = s.widget->size();
+    } else {
+        s.widget->resize(controlSize_);
+    }
     host.start(controlSize_.width(), controlSize_.height());
     s.widget->refresh();
 }
