@@ -198,24 +198,19 @@ void DeskHost::UpdateAppStatus(Str, Variant& status) {
     endBusy();
 }
 
-void DeskHost::ResourceAfterDrag(Str resource, Str) {
+// A drag or a resize: the pane holds the appointment's new times. A refused
+// change is put back by loading the columns from the store again.
+void DeskHost::storeTimes(const std::string& resource) {
     const qint64 id = currentAppointmentId();
     const OleDate start = parseDate(session_.text("AppStartDateTime"));
     const OleDate end = parseDate(session_.text("AppEndDateTime"));
-    // A refused move is put back by loading the columns from the store again.
     stored([&] { versions_[id] = store_.moveAppointment(id, versionOf(id), qs(resource), start, end); },
            [&] { reloadColumns(); });
     endBusy();
 }
 
-void DeskHost::ResourceAfterResize(Str resource, Str) {
-    const qint64 id = currentAppointmentId();
-    const OleDate start = parseDate(session_.text("AppStartDateTime"));
-    const OleDate end = parseDate(session_.text("AppEndDateTime"));
-    stored([&] { versions_[id] = store_.moveAppointment(id, versionOf(id), qs(resource), start, end); },
-           [&] { reloadColumns(); });
-    endBusy();
-}
+void DeskHost::ResourceAfterDrag(Str resource, Str) { storeTimes(resource); }
+void DeskHost::ResourceAfterResize(Str resource, Str) { storeTimes(resource); }
 
 // Asked before the appointment leaves the grid; a refusal reloads the column,
 // which puts it back from the store.

@@ -96,6 +96,7 @@ private:
     qint64 currentAppointmentId();
     // Runs a change of the store; on refusal the user is told and `reload` runs.
     bool stored(const std::function<void()>& change, const std::function<void()>& reload);
+    void storeTimes(const std::string& resource);
     void say(const QString& message);
     void mention(const QString& what);
     // Ends the busy phase, unless the database is out of reach.
