@@ -95,6 +95,10 @@ template <class T = std::int32_t> T numberArg(std::string_view text) {
     return static_cast<T>(d);
 }
 
+// A column index from a one-based column number, as a C++ host computes it:
+// any 16-bit number minus one, so indexes out of range reach the control too.
+inline int indexArg(std::string_view number) { return numberArg<std::int16_t>(number) - 1; }
+
 // A date argument: a date text, else a number of days taken as it is, so a host
 // may pass a value out of every range; 0 for neither.
 inline OleDate dateArg(std::string_view text) {

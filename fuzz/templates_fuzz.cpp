@@ -85,7 +85,7 @@ void TemplatesHost::run(const Line& line) {
     SchedulerWidgets& w = c.widgets();
     const std::string text(line.args);
     const auto two = argsOf(line.args, 2);
-    const int index = numberArg(two[0]) - 1;
+    const int index = indexArg(two[0]);
     switch (line.command) {
     case 'R': {
         std::string colour = text;
