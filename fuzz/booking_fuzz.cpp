@@ -21,7 +21,7 @@
 //   e             mnoDeleteApp_Click    L            cmdLoad_Click
 //   v             the pane's Save button             F    FocusControl
 //   R N           RefreshSchedule       D N|minutes  DayIncrementN
-//   H flags       what the host answers (below)
+//   p N|time      DisplayTopIndex       H flags      what the host answers (below)
 //   Y / N         answer Yes / No to questions
 // Gestures, each on column N's day view:
 //   c N|time  click at      C N|time  right click at    l N|time  select the slot
@@ -35,7 +35,8 @@
 // The host answers AddApptWithPatient with SetAppId and FocusControl ("a" in
 // the flags), UpdateAppStatus with UpdateCurrentAppStatus and FocusControl
 // ("s"), and the other busy events with FocusControl ("f"); all three at start.
-// Then, from inside any of its events, it runs its next line.
+// Then, from inside any of its events, and from the message loop the control
+// yields to when it moves a column's top time, it runs its next line.
 //
 // Checks besides the rule of every target: in every day view the keys grow in
 // the order of the set, every appointment there knows its view, and at most one
@@ -124,7 +125,7 @@ void BookingHost::keepAll() {
 }
 
 PVDayView* BookingHost::view(std::string_view number) {
-    const int index = numberArg(number) - 1;
+    const int index = indexArg(number);
     if (index < 0 || index >= kColumns) return nullptr;
     return control->widgets().dvwResource[static_cast<std::size_t>(index)].get();
 }
@@ -217,7 +218,10 @@ void BookingHost::run(const Line& line) {
     case 'R':
         return c.RefreshSchedule(numberArg<std::int16_t>(text));
     case 'D':
-        return c.setDayIncrement(numberArg(two[0]) - 1, two[1]);
+        return c.setDayIncrement(indexArg(two[0]), two[1]);
+    case 'p':
+        c.DisplayTopIndex(dateArg(two[1]), two[0]);
+        return;
     case 'H':
         answerBookings = text.find('a') != std::string::npos;
         answerStatus = text.find('s') != std::string::npos;
@@ -303,6 +307,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Harness h(host);
     host.control = h.control.get();
     host.boxes = &h.boxes;
+    h.platform.doEvents = [&] { host.script.runHostLine([&](const Line& line) { host.run(line); }); };
     quorvane::ctlScheduler& c = *h.control;
     c.ccCancelled = 255, c.ccConfirmed = 65280, c.ccCheckedIn = 16711680;
     c.ccCheckedOut = 8421504, c.ccNoShow = 32896, c.ccScheduled = 8388736;

@@ -12,10 +12,13 @@
 //   k N|n    pick a category by index  l N|n    pick a resource by index
 //   a id|N|date  SetResourceAndDate    f N      RefreshSchedule
 //   A N|text|start|end|id|status|recurrence|patient  AddAppointment
-//   z height|width  ResizeControl      Y / N    answer Yes / No to questions
+//   p N|time DisplayTopIndex           d N|minutes  DayIncrementN
+//   z height|width  ResizeControl      I        UserControl_Initialize
+//   Y / N    answer Yes / No to questions
 // The host runs its lines from inside ResourceOnClick, so a load may add
 // appointments, reload a column, switch the group or send a new catalogue
-// string while the control is still loading.
+// string while the control is still loading; and from the message loop, which
+// the control yields to when it moves a column's top time.
 //
 // Besides the rule of every target, the two resource lists of each column must
 // stay item for item: item k of both is one catalogue record.
@@ -54,7 +57,7 @@ void CatalogueHost::run(const Line& line) {
     ctlScheduler& c = *control;
     SchedulerWidgets& w = c.widgets();
     const auto two = argsOf(line.args, 2);
-    const int index = numberArg(two[0]) - 1;
+    const int index = indexArg(two[0]);
     const std::string text(line.args);
     switch (line.command) {
     case 'V':
@@ -105,6 +108,13 @@ void CatalogueHost::run(const Line& line) {
     }
     case 'z':
         return c.ResizeControl(numberArg<std::int16_t>(two[0]), numberArg<std::int16_t>(two[1]));
+    case 'p':
+        c.DisplayTopIndex(dateArg(two[1]), two[0]);
+        return;
+    case 'd':
+        return c.setDayIncrement(index, two[1]);
+    case 'I':
+        return c.UserControl_Initialize();
     case 'Y':
         boxes->yes = true;
         return;
@@ -134,6 +144,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Harness h(host);
     host.control = h.control.get();
     host.boxes = &h.boxes;
+    h.platform.doEvents = [&] { host.script.runHostLine([&](const Line& line) { host.run(line); }); };
     host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkResourceLists(*h.control); });
     return 0;
 }
