@@ -203,8 +203,10 @@ void ctlScheduler::wireCommands() {
         {&w_.mnoOpenPatientSetup, &ctlSchedulerEvents::OpenPatient},
         {&w_.mnoOpenPatientHistory, &ctlSchedulerEvents::OpenPatientHistory},
     };
-    for (const auto& [item, raise] : byPatient)
-        item->onClick = [this, raise] {
+    // The event goes into each lambda by an init-capture: clang 14 cannot capture
+    // a structured binding.
+    for (const auto& [item, event] : byPatient)
+        item->onClick = [this, raise = event] {
             appointmentCommand(
                 [&](const std::string&, const std::string& patient) { (host().*raise)(patient); });
         };
@@ -214,8 +216,8 @@ void ctlScheduler::wireCommands() {
         {&w_.mnoAuthorization, &ctlSchedulerEvents::OpenAuthorization},
         {&w_.mnoPrintFaceSheet, &ctlSchedulerEvents::PrintFaceSheet},
     };
-    for (const auto& [item, raise] : byAppointment)
-        item->onClick = [this, raise] {
+    for (const auto& [item, event] : byAppointment)
+        item->onClick = [this, raise = event] {
             appointmentCommand(
                 [&](const std::string& app, const std::string& patient) { (host().*raise)(app, patient); });
         };
