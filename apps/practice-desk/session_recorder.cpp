@@ -151,12 +151,9 @@ void SessionRecorder::flush() {
             ordinal[i] = static_cast<int>(list.size());
         }
         // The last raise of each event in which the desk did something.
-        auto lastBusy = [&](const std::vector<int>& list) {
-            int m = 0;
-            for (std::size_t k = 0; k < list.size(); ++k)
-                if (!raises_[static_cast<std::size_t>(list[k])].commands.empty()) m = static_cast<int>(k) + 1;
-            return m;
-        };
+        std::map<std::string, int> lastBusy;
+        for (std::size_t i = 0; i < raises_.size(); ++i)
+            if (!raises_[i].commands.empty()) lastBusy[raises_[i].event] = ordinal[i];
 
         // The script's lines before the step; comments name the raise when an
         // event is answered more than once.
@@ -164,7 +161,7 @@ void SessionRecorder::flush() {
         for (const int first : order) {
             const std::string& event = raises_[static_cast<std::size_t>(first)].event;
             const std::vector<int>& list = byEvent[event];
-            const int m = lastBusy(list);
+            const int m = lastBusy[event];
             for (int j = m; j >= 1; --j) {
                 const Raise& r = raises_[static_cast<std::size_t>(list[static_cast<std::size_t>(j) - 1])];
                 if (r.commands.empty()) continue;
@@ -201,7 +198,7 @@ void SessionRecorder::flush() {
                 const Raise& r = raises_[static_cast<std::size_t>(l.raise)];
                 const std::vector<int>& list = byEvent[r.event];
                 const int k = ordinal[static_cast<std::size_t>(l.raise)];
-                for (int j = lastBusy(list); j > k; --j)
+                for (int j = lastBusy[r.event]; j > k; --j)
                     for (const std::string& c :
                          raises_[static_cast<std::size_t>(list[static_cast<std::size_t>(j) - 1])].commands)
                         t << indent << "> " << repeated("once " + r.event + " ", j - k) << c << "\n";

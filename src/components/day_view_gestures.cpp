@@ -52,27 +52,24 @@ bool PVDayView::userClickOn(std::int32_t key, bool right) {
     return clickAppointment(set_.Item(key), *point, right);
 }
 
+bool PVDayView::userPressAt(int x, int y, bool right) { return pressAt(x, y, right, false); }
+
+// A double click on a free slot is a click there, and is heard as one.
+bool PVDayView::userDblClickAt(int x, int y) { return pressAt(x, y, false, true); }
+
 // What lies under the point decides before any handler runs, as for the aimed clicks.
-bool PVDayView::userPressAt(int x, int y, bool right) {
+bool PVDayView::pressAt(int x, int y, bool right, bool twice) {
     if (x < 0 || x >= pixelWidth()) return false;
     const auto slot = slotAtPixel(y);
     if (!slot) return false;
     if (const AppointmentRef app = set_.HitTest(x, y)) {
-        const auto gesture = reportGesture(clickName(right), " on %", {Variant(app->Key())});
-        return clickAppointment(app, {x, y}, right);
+        const auto gesture = reportGesture(twice ? "dblclick " : clickName(right), " on %", {Variant(app->Key())});
+        clickAppointment(app, {x, y}, right);
+        if (twice) fromUser([&] { raise(DblClick, index_); });
+        return true;
     }
     const auto gesture = reportGesture(clickName(right), " at %", {Variant(timePart(*slot))});
     return clickSlot(*slot, {x, y}, right);
-}
-
-// A double click on a free slot is a click there, and is heard as one.
-bool PVDayView::userDblClickAt(int x, int y) {
-    const AppointmentRef app = set_.HitTest(x, y);
-    if (!app || x < 0 || x >= pixelWidth() || !slotAtPixel(y)) return userPressAt(x, y);
-    const auto gesture = reportGesture("dblclick ", " on %", {Variant(app->Key())});
-    userPressAt(x, y);
-    fromUser([&] { raise(DblClick, index_); });
-    return true;
 }
 
 bool PVDayView::clickSlot(OleDate t, std::pair<int, int> point, bool right) {

@@ -292,6 +292,8 @@ private:
     // Raises `fire` as the user's gesture when `user`, else as a plain raise from code.
     void raiseAs(bool user, const std::function<void()>& fire) { user ? fromUser(fire) : fire(); }
     void moveDate(OleDate d, bool user);
+    // A press of the mouse at a pixel of the grid; `twice` for the second press of a double click.
+    bool pressAt(int x, int y, bool right, bool twice);
     Container::GestureScope reportGesture(const std::string& action, const std::string& rest,
                                           std::vector<Variant> values);
     void moveTop(OleDate t, bool user);
