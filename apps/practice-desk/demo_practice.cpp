@@ -4,6 +4,7 @@
 
 #include "practice_store.h"
 
+#include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
 #include <QDate>
@@ -29,7 +30,7 @@ void exec(QSqlDatabase& db, const QString& sql, const QVariantList& values) {
     q.prepare(sql);
     for (const QVariant& v : values)
         q.addBindValue(v);
-    if (!q.exec()) throw StoreError("The demo practice could not be written.");
+    if (!q.exec()) throw StoreError("The demo practice could not be written: " + q.lastError().text().toStdString());
 }
 
 } // namespace
@@ -83,8 +84,8 @@ void PracticeStore::seed(OleDate today) {
                  "work_phone, work_ext, other_phone, other_ext, primary_ins, primary_active, primary_copay, "
                  "secondary_ins, secondary_active, secondary_copay, balance30, balance60, balance90, "
                  "balance180, dod, "
-                 "photo_image_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-                 "?, ?)",
+                 "photo_image_id, name_folded) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
+                 "?, ?, ?, ?, ?, ?)",
                  {id,
                   name,
                   "C-" + QString::number(100 + n),
@@ -108,7 +109,8 @@ void PracticeStore::seed(OleDate today) {
                   "0.00",
                   n == 7 ? "45.00" : "0.00",
                   n == 13 ? "3/1/2008" : "",
-                  n % 4 ? "" : QString::number(800 + n)});
+                  n % 4 ? "" : QString::number(800 + n),
+                  QString(name).toCaseFolded()});
         }
 
         // Two weeks of working days from the Monday of this week.

@@ -1,101 +1,67 @@
-#include "practice_store.h"
-
-#include <QtSql/QSqlError>
-#include <QtSql/QSqlQuery>
-#include <QtSql/QSqlRecord>
+#include "store_sql.h"
 
 #include <QtSql/QSqlDriver>
+#include <QtSql/QSqlRecord>
 
 #include <QDate>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
 #include <QStringList>
+#include <QTime>
 #include <QUrl>
 #include <QUrlQuery>
 #include <QVariant>
 
-#include <array>
+#include <cstdio>
 
 using quorvane::OleDate;
 
 namespace practice {
 
-namespace {
+namespace sql {
 
-// The schema, one step per version. A database is brought forward from the
-// version it records, one step at a time, each in a transaction of its own.
-// %ID% is a key the database numbers itself, in each dialect's words.
-const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
-    {
-        "CREATE TABLE schema_version (version INTEGER NOT NULL)",
-        "INSERT INTO schema_version (version) VALUES (0)",
-        "CREATE TABLE practice_groups (group_id TEXT PRIMARY KEY, group_name TEXT NOT NULL, "
-        "columns_shown INTEGER NOT NULL, columns_total INTEGER NOT NULL, is_default INTEGER NOT NULL, "
-        "position INTEGER NOT NULL)",
-        "CREATE TABLE resources (resource_value TEXT PRIMARY KEY, name TEXT NOT NULL, cat_type TEXT NOT "
-        "NULL, "
-        "sub_type TEXT NOT NULL)",
-        "CREATE TABLE group_members (group_id TEXT NOT NULL, resource_value TEXT NOT NULL, "
-        "default_column INTEGER NOT NULL, position INTEGER NOT NULL)",
-        "CREATE TABLE patients (patient_id TEXT PRIMARY KEY, name TEXT NOT NULL, chart_number TEXT, dob "
-        "TEXT, "
-        "sex TEXT, pcp TEXT, home_phone TEXT, home_ext TEXT, work_phone TEXT, work_ext TEXT, other_phone "
-        "TEXT, "
-        "other_ext TEXT, primary_ins TEXT, primary_active TEXT, primary_copay TEXT, secondary_ins TEXT, "
-        "secondary_active TEXT, secondary_copay TEXT, balance30 TEXT, balance60 TEXT, balance90 TEXT, "
-        "balance180 TEXT, dod TEXT, photo_image_id TEXT)",
-        "CREATE TABLE appointments (app_id %ID%, resource_value TEXT NOT NULL, "
-        "start_at TEXT NOT NULL, end_at TEXT NOT NULL, description TEXT NOT NULL, patient_id TEXT NOT NULL, "
-        "status TEXT NOT NULL, recurrence_id TEXT NOT NULL DEFAULT '', type_id TEXT NOT NULL DEFAULT '', "
-        "comments TEXT NOT NULL DEFAULT '', chief_complaint TEXT NOT NULL DEFAULT '', "
-        "prior_auth TEXT NOT NULL DEFAULT '', ref_provider TEXT NOT NULL DEFAULT '', "
-        "ref_provider_id TEXT NOT NULL DEFAULT '')",
-        "CREATE TABLE templates (template_id %ID%, resource_value TEXT NOT "
-        "NULL, "
-        "weekday INTEGER NOT NULL, start_time TEXT NOT NULL, end_time TEXT NOT NULL, description TEXT NOT "
-        "NULL, "
-        "colour TEXT NOT NULL)",
-        "CREATE TABLE appointment_types (resource_value TEXT NOT NULL, position INTEGER NOT NULL, "
-        "caption TEXT NOT NULL, duration TEXT NOT NULL, comment TEXT NOT NULL, chief TEXT NOT NULL, "
-        "type_id TEXT NOT NULL)",
-    },
-    {
-        // Two desks may change one appointment: each change counts up its version.
-        "ALTER TABLE appointments ADD COLUMN version INTEGER NOT NULL DEFAULT 1",
-        "CREATE INDEX appointments_by_day ON appointments (resource_value, start_at)",
-    },
-}};
+QString nameOf(const QSqlDatabase& db) {
+    if (db.driverName() == "QPSQL")
+        return "The practice database \"" + db.databaseName() + "\" on the server " +
+               (db.hostName().isEmpty() ? QString("localhost") : db.hostName());
+    return "The practice database " + QDir::toNativeSeparators(db.databaseName());
+}
 
-// What a front desk is told, by what the database reports. `what` names the
-// change that failed; none for a read. A database out of reach is a
-// ConnectionLost, so the desk can wait for it.
 [[noreturn]] void fail(const QSqlDatabase& db, const QSqlError& e, const char* what) {
     const QString text = e.databaseText() + " " + e.driverText();
     const QString native = e.nativeErrorCode();
     const QString failed =
         what ? QString(what) + " could not be stored" : QString("the schedule could not be read");
     auto has = [&](const char* words) { return text.contains(words, Qt::CaseInsensitive); };
+    auto message = [&](const QString& m) { return (nameOf(db) + m).toStdString(); };
     // SQLite has no server to lose; what it reports as a connection error is a file's.
     if (db.driverName() == "QPSQL" &&
         (e.type() == QSqlError::ConnectionError || has("server closed the connection") ||
          has("no connection") || has("could not connect") || has("terminating connection") ||
-         has("connection refused") || has("connection to server") || native == "57P01" || !db.isOpen()))
-        throw ConnectionLost(("The practice database cannot be reached, so " + failed +
-                              ". Nothing can be stored until it is back.")
-                                 .toStdString());
-    if (native == "5" || native == "6" || has("locked"))
-        throw StoreError(
-            ("The practice database is in use by another program, so " + failed + ". Try again in a moment.")
-                .toStdString());
+         has("connection refused") || has("connection to server") || native.startsWith("08") ||
+         native == "57P01" || native == "57P02" || native == "57P03" || !db.isOpen()))
+        throw ConnectionLost(message(" cannot be reached, so " + failed + ". Nothing can be stored until it is back."));
+    // Two writes that waited on each other: the server gave up one of them, and
+    // the same transaction run again goes through.
+    if (native == "40P01" || native == "40001")
+        throw Contention(message(" is busy, so " + failed + ". Try again in a moment."));
+    if (native == "23P01")
+        throw DoubleBooking(message(" refused " + QString(what ? what : "the change") +
+                                    ": another appointment of the resource stands at that time."));
+    if (db.driverName() != "QPSQL" && (native == "5" || native == "6" || has("locked")))
+        throw StoreError(message(" is in use by another program, so " + failed + ". Try again in a moment."));
     if (native == "8" || has("readonly") || has("read-only"))
-        throw StoreError(("The practice database can only be read, so " + failed + ".").toStdString());
+        throw StoreError(message(" can only be read, so " + failed + "."));
     if (native == "11" || native == "26" || has("malformed") || has("not a database"))
-        throw StoreError("The practice database is damaged and cannot be used.");
-    throw StoreError(
-        ("The practice database failed, so " + failed + ": " + e.text().trimmed()).toStdString());
+        throw DamagedError(message(" is damaged and cannot be used."));
+    throw StoreError(message(" failed, so " + failed + ": " + e.text().trimmed()));
 }
 
-QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantList& values = {}) {
+namespace {
+QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantList& values) {
     QSqlQuery q(db);
     q.setForwardOnly(true);
     if (!q.prepare(sql)) fail(db, q.lastError(), nullptr);
@@ -104,11 +70,9 @@ QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantLis
         q.addBindValue(v.typeId() == QMetaType::QString && v.toString().isNull() ? QVariant(QString("")) : v);
     return q;
 }
+} // namespace
 
-// A statement with values goes prepared; one without goes as it is, since a
-// server may not prepare every kind (PostgreSQL prepares no CREATE TABLE).
-QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values = {},
-              const char* what = nullptr) {
+QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values, const char* what) {
     if (values.isEmpty()) {
         QSqlQuery q(db);
         q.setForwardOnly(true);
@@ -120,7 +84,13 @@ QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& va
     return q;
 }
 
-QString text(const QSqlQuery& q, const char* field) { return q.value(field).toString(); }
+} // namespace sql
+
+namespace {
+
+using sql::fail;
+using sql::run;
+using sql::text;
 
 StoredAppointment appointmentOf(const QSqlQuery& q) {
     StoredAppointment a;
@@ -173,7 +143,8 @@ OleDate fromStoredDate(const QString& t) {
     auto number = [&](int from, int length) { return ok ? t.mid(from, length).toInt(&ok) : 0; };
     const int y = number(0, 4), mo = number(5, 2), d = number(8, 2);
     const int h = number(11, 2), mi = number(14, 2), s = number(17, 2);
-    if (!ok) throw StoreError(("The practice database is damaged: \"" + t + "\" is no date.").toStdString());
+    if (!ok || !QDate(y, mo, d).isValid() || !QTime(h, mi, s).isValid() || y < 100)
+        throw DamagedError(("The practice database is damaged: \"" + t + "\" is no date.").toStdString());
     return quorvane::makeDateTime(y, mo, d, h, mi, s);
 }
 
@@ -187,27 +158,67 @@ PracticeStore::~PracticeStore() {
     }
 }
 
-void PracticeStore::checkOpen() const {
-    if (!db_.isOpen()) throw StoreError("The practice database is not open.");
+QString PracticeStore::displayName() const {
+    if (!postgres_) return QDir::toNativeSeparators(QFileInfo(location_).absoluteFilePath());
+    return db_.databaseName() + " on " + (db_.hostName().isEmpty() ? QString("localhost") : db_.hostName());
 }
 
+// A server connection that was lost and let go is still the server's to come
+// back: the desk waits for it rather than failing.
+void PracticeStore::checkOpen() const {
+    if (db_.isOpen()) return;
+    if (postgres_)
+        throw ConnectionLost((sql::nameOf(db_) + " cannot be reached. Nothing can be stored until it is back.")
+                                 .toStdString());
+    throw StoreError((sql::nameOf(db_) + " is not open.").toStdString());
+}
+
+// A write on SQLite takes the file's write lock at its start, so that two
+// desks checking and then writing cannot both pass the check.
 void PracticeStore::transaction(const char* what, const std::function<void()>& work) {
     checkOpen();
-    if (!db_.transaction()) fail(db_, db_.lastError(), what);
+    if (transactionDepth_ > 0) {
+        work();
+        return;
+    }
+    for (int attempt = 1;; ++attempt) {
+        try {
+            transactionOnce(what, work);
+            return;
+        } catch (const Contention&) {
+            if (attempt == 5) throw;
+        }
+    }
+}
+
+void PracticeStore::transactionOnce(const char* what, const std::function<void()>& work) {
+    auto rollback = [&] {
+        if (postgres_)
+            db_.rollback();
+        else
+            QSqlQuery(db_).exec("ROLLBACK");
+    };
+    if (postgres_) {
+        if (!db_.transaction()) fail(db_, db_.lastError(), what);
+    } else {
+        run(db_, "BEGIN IMMEDIATE", {}, what);
+    }
+    ++transactionDepth_;
     try {
         work();
     } catch (...) {
-        db_.rollback();
+        --transactionDepth_;
+        rollback();
         throw;
     }
-    if (!db_.commit()) {
-        const QSqlError e = db_.lastError();
-        db_.rollback();
-        fail(db_, e, what);
-    }
+    --transactionDepth_;
+    if (postgres_ ? db_.commit() : QSqlQuery(db_).exec("COMMIT")) return;
+    const QSqlError e = db_.lastError();
+    rollback();
+    fail(db_, e, what);
 }
 
-void PracticeStore::connect(const QString& location) {
+void PracticeStore::connect(const QString& location, OpenMode mode) {
     location_ = location;
     postgres_ = location.startsWith("postgresql://");
     if (postgres_) {
@@ -222,40 +233,68 @@ void PracticeStore::connect(const QString& location) {
         if (!url.password().isEmpty()) db_.setPassword(url.password());
         db_.setConnectOptions("connect_timeout=2");
         if (!db_.open()) fail(db_, db_.lastError(), nullptr);
+        quiet();
         return;
     }
     db_ = QSqlDatabase::addDatabase("QSQLITE", name_);
     db_.setDatabaseName(location);
-    QDir().mkpath(QFileInfo(location).absolutePath());
+    const QFileInfo file(location);
+    // A desk never makes a database nobody asked for: a missing file is most
+    // often a share that is not mounted, or a path mistyped.
+    if (!file.exists()) {
+        const QString folder = QDir::toNativeSeparators(file.absolutePath());
+        const QString path = QDir::toNativeSeparators(file.absoluteFilePath());
+        if (mode == OpenMode::Existing)
+            throw StoreError((QFileInfo(file.absolutePath()).isDir()
+                                  ? "There is no practice database at " + path + "."
+                                  : "There is no practice database at " + path + ": the folder " + folder +
+                                        " does not exist. Is the practice's share mounted?")
+                                 .toStdString());
+        if (!QDir().mkpath(file.absolutePath()))
+            throw StoreError(("The folder " + folder + " cannot be made, so the demo practice cannot be set up at " +
+                              path + ".")
+                                 .toStdString());
+    }
     // A database another desk holds is waited for a little before it counts as
     // locked. A file marked read-only is opened so, even by a user who could
     // write it anyway: the desk then shows the practice and stores nothing.
-    const QFileInfo file(location);
     const bool readOnly = file.exists() && !(file.permissions() & QFileDevice::WriteOwner);
     db_.setConnectOptions(readOnly ? "QSQLITE_BUSY_TIMEOUT=2000;QSQLITE_OPEN_READONLY"
                                    : "QSQLITE_BUSY_TIMEOUT=2000");
     if (!db_.open()) fail(db_, db_.lastError(), nullptr);
     // A file that is no database fails at its first read, not at the open.
-    QSqlQuery probe(db_);
-    if (!probe.exec("SELECT count(*) FROM sqlite_master")) fail(db_, probe.lastError(), nullptr);
+    run(db_, "SELECT count(*) FROM sqlite_master");
 }
 
-void PracticeStore::openAt(const QString& location, int version) {
-    connect(location);
-    migrate(version);
+// The server's notices (a constraint dropped that was not there) are not the
+// desk's to print.
+void PracticeStore::quiet() {
+    run(db_, "SET client_min_messages TO warning");
 }
 
-void PracticeStore::open(const QString& location, OleDate today) {
-    connect(location);
-    const bool fresh = schemaVersion() == 0;
-    migrate(kSchemaVersion);
-    if (fresh) seed(today);
+void PracticeStore::ping() {
+    checkOpen();
+    if (postgres_) run(db_, "SELECT 1");
+}
+
+void PracticeStore::disconnect() {
+    if (!postgres_) return;
+    heard_ = nullptr;
+    db_.close();
 }
 
 bool PracticeStore::reconnect() {
     db_.close();
+    heard_ = nullptr;
     if (!db_.open()) return false;
-    if (listening_) subscribe();
+    try {
+        quiet();
+        ping();
+        if (listening_) subscribe();
+    } catch (const StoreError&) {
+        db_.close();
+        return false;
+    }
     return true;
 }
 
@@ -267,47 +306,48 @@ void PracticeStore::listen(std::function<void(const QString& resource, OleDate d
 }
 
 void PracticeStore::subscribe() {
-    db_.driver()->subscribeToNotification(kChannel);
+    if (!db_.driver()->subscribeToNotification(kChannel)) fail(db_, db_.driver()->lastError(), nullptr);
     if (heard_ == db_.driver()) return;
     heard_ = db_.driver();
-    QObject::connect(heard_, &QSqlDriver::notification,
+    QObject::connect(heard_, &QSqlDriver::notification, heard_,
                      [this](const QString& name, QSqlDriver::NotificationSource source, const QVariant& payload) {
                          // A desk's own changes are on its grid already.
                          if (name != kChannel || source == QSqlDriver::SelfSource || !changed_) return;
-                         const QStringList parts = payload.toString().split('|');
-                         if (parts.size() == 2) changed_(parts[0], fromStoredDate(parts[1] + " 00:00:00"));
+                         QString resource;
+                         OleDate day;
+                         if (!readNotice(payload.toString(), resource, day)) {
+                             std::fprintf(stderr, "practice-desk: ignored a notice that is not a desk's: %s\n",
+                                          qPrintable(payload.toString().left(80)));
+                             return;
+                         }
+                         changed_(resource, day);
                      });
+}
+
+// {"resource": "...", "day": "yyyy-MM-dd"}: JSON carries any text a resource
+// value may hold.
+QString PracticeStore::noticeOf(const QString& resource, OleDate day) {
+    const QJsonObject notice{{"resource", resource}, {"day", storedDate(quorvane::datePart(day)).left(10)}};
+    return QString::fromUtf8(QJsonDocument(notice).toJson(QJsonDocument::Compact));
+}
+
+bool PracticeStore::readNotice(const QString& payload, QString& resource, OleDate& day) {
+    const QJsonDocument doc = QJsonDocument::fromJson(payload.toUtf8());
+    if (!doc.isObject()) return false;
+    const QJsonValue r = doc.object().value("resource"), d = doc.object().value("day");
+    if (!r.isString() || !d.isString()) return false;
+    const QDate date = QDate::fromString(d.toString(), Qt::ISODate);
+    if (!date.isValid() || date.year() < 100 || date.year() > 9999) return false;
+    resource = r.toString();
+    day = quorvane::makeDate(date.year(), date.month(), date.day());
+    return true;
 }
 
 // Other desks showing the resource's day reload it. In a transaction the
 // notice goes out only when the change is committed.
 void PracticeStore::announce(const QString& resource, OleDate day) {
     if (!postgres_) return;
-    run(db_, "SELECT pg_notify(?, ?)",
-        {kChannel, resource + "|" + storedDate(quorvane::datePart(day)).left(10)},
-        "the notice to the other desks");
-}
-
-// 0 for a database that has no schema yet.
-int PracticeStore::schemaVersion() const {
-    checkOpen();
-    const QStringList tables = db_.tables();
-    if (!tables.contains("schema_version")) return 0;
-    QSqlQuery q = run(db_, "SELECT version FROM schema_version");
-    return q.next() ? q.value(0).toInt() : 0;
-}
-
-void PracticeStore::migrate(int upTo) {
-    for (int version = schemaVersion(); version < upTo; ++version)
-        transaction("the new layout of the database", [&] {
-            for (QString sql : kMigrations[static_cast<std::size_t>(version)]) {
-                sql.replace("%ID%",
-                            postgres_ ? "BIGSERIAL PRIMARY KEY" : "INTEGER PRIMARY KEY AUTOINCREMENT");
-                run(db_, sql, {}, "the new layout of the database");
-            }
-            run(db_, "UPDATE schema_version SET version = ?", {version + 1},
-                "the new layout of the database");
-        });
+    run(db_, "SELECT pg_notify(?, ?)", {kChannel, noticeOf(resource, day)}, "the notice to the other desks");
 }
 
 Catalogue PracticeStore::catalogue() const {
@@ -415,13 +455,17 @@ int PracticeStore::appointmentCount() const {
     return q.next() ? q.value(0).toInt() : 0;
 }
 
+// A name or chart number holding the text, whatever its case; "%" and "_"
+// are taken as typed.
 std::vector<Patient> PracticeStore::findPatients(const QString& t) const {
     checkOpen();
+    QString literal = t;
+    literal.replace("\\", "\\\\").replace("%", "\\%").replace("_", "\\_");
     std::vector<Patient> out;
     QSqlQuery q = run(db_,
-                      "SELECT * FROM patients WHERE name LIKE ? OR chart_number LIKE ? OR patient_id = ? "
-                      "ORDER BY name",
-                      {"%" + t + "%", "%" + t + "%", t});
+                      "SELECT * FROM patients WHERE name_folded LIKE ? ESCAPE '\\' OR lower(chart_number) LIKE ? "
+                      "ESCAPE '\\' OR patient_id = ? ORDER BY name",
+                      {"%" + literal.toCaseFolded() + "%", "%" + literal.toLower() + "%", t});
     while (q.next())
         out.push_back(patientOf(q));
     return out;
@@ -434,9 +478,51 @@ Patient PracticeStore::patient(const QString& id) const {
     return patientOf(q);
 }
 
+// Within a write: the live appointment of `resource` that [start, end) would
+// overlap, other than `id` itself, refused by name while the practice forbids
+// double bookings. On a server the constraint stands behind this, for two
+// desks that race.
+void PracticeStore::refuseDoubleBooking(const char* what, qint64 id, const QString& resource, OleDate start,
+                                        OleDate end, const QString& status) {
+    if (status == "Cancelled" || !(start < end)) return;
+    // Desks writing one resource's times take turns, so the second sees what
+    // the first stored and is told by name, rather than the two waiting on
+    // each other inside the constraint.
+    if (postgres_ && transactionDepth_ > 0)
+        run(db_, "SELECT pg_advisory_xact_lock(7, hashtext(?))", {resource}, what);
+    if (allowDoubleBooking()) return;
+    QSqlQuery q = run(db_,
+                      "SELECT a.description, a.start_at, a.end_at, r.name FROM appointments a "
+                      "LEFT JOIN resources r ON r.resource_value = a.resource_value "
+                      "WHERE a.resource_value = ? AND a.status <> 'Cancelled' AND a.app_id <> ? "
+                      "AND a.start_at < ? AND a.end_at > ? AND a.start_at < a.end_at ORDER BY a.start_at",
+                      {resource, id, storedDate(end), storedDate(start)}, what);
+    if (!q.next()) return;
+    const QLocale english(QLocale::English);
+    auto clock = [&](const QString& stored) { return english.toString(QTime::fromString(stored.mid(11), "HH:mm:ss"), "h:mm AP"); };
+    const QString who = text(q, "name").isEmpty() ? resource : text(q, "name");
+    const QString day = QDate::fromString(text(q, "start_at").left(10), Qt::ISODate).toString("M/d/yyyy");
+    throw DoubleBooking((who + " already has " + text(q, "description") + " from " + clock(text(q, "start_at")) +
+                         " to " + clock(text(q, "end_at")) + " on " + day + ", so " + what +
+                         " was not stored. The practice does not allow double bookings.")
+                            .toStdString());
+}
+
 qint64 PracticeStore::addAppointment(const StoredAppointment& a) {
     qint64 id = 0;
+    try {
+        writeBooking(a, id);
+    } catch (const DoubleBooking&) {
+        // Another desk won the race for the time: name what it stored there.
+        refuseDoubleBooking("the booking", 0, a.resource, a.start, a.end, a.status);
+        throw;
+    }
+    return id;
+}
+
+void PracticeStore::writeBooking(const StoredAppointment& a, qint64& id) {
     transaction("the booking", [&] {
+        refuseDoubleBooking("the booking", 0, a.resource, a.start, a.end, a.status);
         // Only PostgreSQL says the new key in the same statement.
         QSqlQuery q =
             run(db_,
@@ -449,65 +535,83 @@ qint64 PracticeStore::addAppointment(const StoredAppointment& a) {
                  a.refProviderId},
                 "the booking");
         id = postgres_ ? (q.next() ? q.value(0).toLongLong() : 0) : q.lastInsertId().toLongLong();
+        written_ = a;
+        written_.id = id;
+        written_.version = 1;
         announce(a.resource, a.start);
     });
-    return id;
 }
 
 int PracticeStore::changeVersioned(const char* what, qint64 id, int version, const QString& set,
-                                   const QVariantList& values, const QString& newResource, OleDate newDay) {
+                                   const QVariantList& values, const std::function<void(StoredAppointment&)>& after) {
     int now = 0;
-    transaction(what, [&] {
-        // The row as it stands, locked until the commit where the dialect can.
-        QSqlQuery row = run(db_,
-                            "SELECT resource_value, start_at, version FROM appointments WHERE app_id = ?" +
-                                QString(postgres_ ? " FOR UPDATE" : ""),
-                            {id}, what);
-        if (!row.next())
-            throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
-        const QString resource = text(row, "resource_value");
-        const OleDate day = fromStoredDate(text(row, "start_at"));
-        const int stands = row.value("version").toInt();
-        row.finish();
-        if (stands != version)
-            throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
-                                " was not stored. The schedule now shows it as it is.");
-        QVariantList bound = values;
-        bound << id << version;
-        QSqlQuery q = run(db_,
-                          set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
-                                        : "UPDATE appointments SET " + set +
-                                              ", version = version + 1 WHERE app_id = ? AND version = ?",
-                          bound, what);
-        if (q.numRowsAffected() != 1)
-            throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
-                                " was not stored. The schedule now shows it as it is.");
-        announce(resource, day);
-        if (!newResource.isEmpty()) announce(newResource, newDay);
-        now = version + 1;
-    });
+    StoredAppointment changed;
+    auto refused = [&] {
+        throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
+                            " was not stored. The schedule now shows it as it is.");
+    };
+    try {
+        transaction(what, [&] {
+            // The row as it stands, locked until the commit where the dialect can.
+            QSqlQuery row = run(db_, "SELECT * FROM appointments WHERE app_id = ?" + QString(postgres_ ? " FOR UPDATE" : ""),
+                                {id}, what);
+            if (!row.next())
+                throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
+            const StoredAppointment before = appointmentOf(row);
+            row.finish();
+            if (before.version != version) refused();
+            changed = before;
+            if (after) after(changed);
+            if (changed.resource != before.resource || changed.start != before.start || changed.end != before.end ||
+                changed.status != before.status)
+                refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
+            QVariantList bound = values;
+            bound << id << version;
+            QSqlQuery q = run(db_,
+                              set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
+                                            : "UPDATE appointments SET " + set +
+                                                  ", version = version + 1 WHERE app_id = ? AND version = ?",
+                              bound, what);
+            if (q.numRowsAffected() != 1) refused();
+            announce(before.resource, before.start);
+            if (changed.resource != before.resource || quorvane::datePart(changed.start) != quorvane::datePart(before.start))
+                announce(changed.resource, changed.start);
+            now = changed.version = version + 1;
+            written_ = changed;
+        });
+    } catch (const DoubleBooking&) {
+        // Another desk won the race for the time: name what it stored there.
+        refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
+        throw;
+    }
     return now;
 }
 
 int PracticeStore::moveAppointment(qint64 id, int version, const QString& resource, OleDate start,
                                    OleDate end) {
     return changeVersioned("the move", id, version, "resource_value = ?, start_at = ?, end_at = ?",
-                           {resource, storedDate(start), storedDate(end)}, resource, start);
+                           {resource, storedDate(start), storedDate(end)}, [&](StoredAppointment& a) {
+                               a.resource = resource, a.start = start, a.end = end;
+                           });
 }
 
 void PracticeStore::removeAppointment(qint64 id, int version) {
-    changeVersioned("the removal", id, version, {}, {});
+    changeVersioned("the removal", id, version, {}, {}, {});
 }
 
 int PracticeStore::setStatus(qint64 id, int version, const QString& status) {
-    return changeVersioned("the status", id, version, "status = ?", {status});
+    return changeVersioned("the status", id, version, "status = ?", {status},
+                           [&](StoredAppointment& a) { a.status = status; });
 }
 
 int PracticeStore::saveDetails(const StoredAppointment& a) {
     return changeVersioned(
         "the appointment's details", a.id, a.version,
         "comments = ?, chief_complaint = ?, prior_auth = ?, ref_provider = ?, ref_provider_id = ?",
-        {a.comments, a.chiefComplaint, a.priorAuth, a.refProvider, a.refProviderId});
+        {a.comments, a.chiefComplaint, a.priorAuth, a.refProvider, a.refProviderId}, [&](StoredAppointment& now) {
+            now.comments = a.comments, now.chiefComplaint = a.chiefComplaint, now.priorAuth = a.priorAuth;
+            now.refProvider = a.refProvider, now.refProviderId = a.refProviderId;
+        });
 }
 
 } // namespace practice

@@ -37,6 +37,25 @@ class ConnectionLost : public StoreError {
 public:
     using StoreError::StoreError;
 };
+// The database is damaged or lacks part of its layout: nothing it says can be
+// trusted, so the desk does not run on it.
+class DamagedError : public StoreError {
+public:
+    using StoreError::StoreError;
+};
+// The change would put two live appointments of one resource at one time, and
+// the practice does not allow double bookings.
+class DoubleBooking : public StoreError {
+public:
+    using StoreError::StoreError;
+};
+
+// Two writes waited on each other and the server gave one up; the store runs
+// such a transaction again before it tells anyone.
+class Contention : public StoreError {
+public:
+    using StoreError::StoreError;
+};
 
 struct Patient {
     QString id, name, chartNumber, dob, sex, pcp;
@@ -66,9 +85,13 @@ struct Catalogue {
     QString views, defaults, groups, resources;
 };
 
+// How a database is opened: only one that already holds a practice, or
+// one that is set up with the demo practice when it holds none yet.
+enum class OpenMode { Existing, Demo };
+
 class PracticeStore {
 public:
-    static constexpr int kSchemaVersion = 2;
+    static constexpr int kSchemaVersion = 3;
 
     // A connection of its own, by name, so several stores may stand side by side.
     explicit PracticeStore(QString connectionName);
@@ -76,20 +99,39 @@ public:
     PracticeStore(const PracticeStore&) = delete;
     PracticeStore& operator=(const PracticeStore&) = delete;
 
-    // Opens `location`, a SQLite file (created when it is not there) or a URL
-    // postgresql://[USER@]HOST[:PORT]/NAME (?host=DIR for a server's socket
-    // folder), and brings its schema up to date. A database opened for the first
-    // time is seeded with a demo practice around `today`. StoreError when it
-    // cannot be opened or is damaged.
-    void open(const QString& location, quorvane::OleDate today);
+    // Opens `location`, a SQLite file or a URL postgresql://[USER@]HOST[:PORT]/NAME
+    // (?host=DIR for a server's socket folder), and brings its schema up to date.
+    // Only OpenMode::Demo creates a SQLite file, and sets up a database that holds
+    // no practice yet with the demo practice around `today`; the layout and the
+    // seed are one unit that one desk at a time runs. StoreError naming the
+    // database when it cannot be opened, holds no practice, or is damaged.
+    void open(const QString& location, quorvane::OleDate today, OpenMode mode = OpenMode::Existing);
     // The schema only, up to `version` (for a test of the migrations).
     void openAt(const QString& location, int version);
     bool shared() const { return postgres_; }
-    // After a ConnectionLost: tries to reach the database again.
+    // The database as a person names it: the file's path, or the database and
+    // its server.
+    QString displayName() const;
+    // A light question to the server; ConnectionLost when it is away.
+    void ping();
+    // Lets go of a connection that was lost, so nothing listens on it any more.
+    void disconnect();
+    // After a ConnectionLost: tries to reach the database again, and listens
+    // again for the other desks' changes.
     bool reconnect();
     // Hears the changes of other desks on a shared database: the resource and the
-    // day of each, delivered by the event loop. Nothing comes on SQLite.
+    // day of each, delivered by the event loop. Nothing comes on SQLite. A notice
+    // that is not one of the desks' own is ignored, and said on standard error.
     void listen(std::function<void(const QString& resource, quorvane::OleDate day)> changed);
+    // The notice's text for a change of `resource` on `day`, and the reading of
+    // one: false for a notice that is not one of the desks'.
+    static QString noticeOf(const QString& resource, quorvane::OleDate day);
+    static bool readNotice(const QString& payload, QString& resource, quorvane::OleDate& day);
+
+    // Whether two live appointments of one resource may overlap (off unless the
+    // practice turns it on).
+    bool allowDoubleBooking() const;
+    void setAllowDoubleBooking(bool allow);
 
     int schemaVersion() const;
     QSqlDatabase& database() { return db_; }
@@ -107,30 +149,50 @@ public:
 
     // Changes, each one transaction, each given the version the desk showed and
     // giving back the new one. An appointment that is no longer there is a
-    // StoreError; one changed since `version` by another desk a ConflictError.
+    // StoreError; one changed since `version` by another desk a ConflictError;
+    // one that would overlap another live appointment of its resource, while the
+    // practice forbids it, a DoubleBooking naming that appointment.
     qint64 addAppointment(const StoredAppointment& a);
     int moveAppointment(qint64 id, int version, const QString& resource, quorvane::OleDate start,
                         quorvane::OleDate end);
     void removeAppointment(qint64 id, int version);
     int setStatus(qint64 id, int version, const QString& status);
     int saveDetails(const StoredAppointment& a);
+    // The appointment as the last booking or change stored it.
+    const StoredAppointment& written() const { return written_; }
 
 private:
-    void connect(const QString& location);
-    void migrate(int upTo);
+    void connect(const QString& location, OpenMode mode);
+    // The layout brought to `upTo` and, for a database that had none, the demo
+    // practice, as one transaction that holds every other desk off.
+    void setUp(int upTo, bool seedDemo, quorvane::OleDate today);
+    void migrate(int from, int upTo);
+    void foldPatientNames();
+    void forbidDoubleBookings(bool forbid);
+    // Every table of the layout is there, and a SQLite file is sound.
+    void validate();
     void seed(quorvane::OleDate today);
+    // Refuses a change that would put appointment `id` over another live one.
+    void refuseDoubleBooking(const char* what, qint64 id, const QString& resource, quorvane::OleDate start,
+                             quorvane::OleDate end, const QString& status);
     // One appointment's change, checked against its version in the same
     // transaction; tells the other desks about `days` it touched.
+    // `after` makes the appointment what the change leaves, for the rule
+    // against double bookings; none for a change that moves nothing.
     int changeVersioned(const char* what, qint64 id, int version, const QString& set,
-                        const QVariantList& values, const QString& newResource = {},
-                        quorvane::OleDate newDay = {});
+                        const QVariantList& values, const std::function<void(StoredAppointment&)>& after);
+    void writeBooking(const StoredAppointment& a, qint64& id);
     void announce(const QString& resource, quorvane::OleDate day);
     // Runs `work` in one transaction: all of it is stored, or none.
     void transaction(const char* what, const std::function<void()>& work);
     void checkOpen() const;
-
+    void transactionOnce(const char* what, const std::function<void()>& work);
+    void quiet();
+    int transactionDepth_ = 0;
     static constexpr const char* kChannel = "schedule_changed";
+
     QString name_;
+    StoredAppointment written_;
     QString location_;
     bool postgres_ = false;
     void subscribe();

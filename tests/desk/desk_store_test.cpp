@@ -56,7 +56,7 @@ TEST_F(DeskStore, MigrationsBringAnOldDatabaseForward) {
     }
     PracticeStore store("new");
     store.open(path, kToday);
-    EXPECT_EQ(store.schemaVersion(), 2);
+    EXPECT_EQ(store.schemaVersion(), PracticeStore::kSchemaVersion);
     const std::vector<StoredAppointment> kept = store.appointments("501", kToday);
     ASSERT_EQ(kept.size(), 1u) << "an old database is not seeded again";
     EXPECT_EQ(kept[0].description, "Kept");
@@ -67,9 +67,9 @@ TEST_F(DeskStore, ABookingIsStoredBeforeItIsNamedAndSurvivesARestart) {
     std::int32_t key = 0;
     {
         Desk desk(path);
-        desk.book(2, 13, 0, "5503");
+        desk.book(2, 15, 0, "5503");
         const AppointmentRef booked = desk.set(2).GetSelectedAppointment();
-        ASSERT_TRUE(booked);
+        ASSERT_TRUE(booked) << (desk.told.empty() ? "" : desk.told[0]);
         key = booked->Key();
         EXPECT_EQ(desk.control.GetStatus(booked), "Scheduled");
         EXPECT_TRUE(desk.control.UserControlEnabled()) << "the busy phase ends";
@@ -79,7 +79,7 @@ TEST_F(DeskStore, ABookingIsStoredBeforeItIsNamedAndSurvivesARestart) {
     Desk again(path, "again");
     bool found = false;
     for (const AppointmentRef& a : again.set(2).items())
-        found |= a->Text == "Grace Hopper" && a->StartDateTime == makeDateTime(2026, 11, 23, 13, 0, 0);
+        found |= a->Text == "Grace Hopper" && a->StartDateTime == makeDateTime(2026, 11, 23, 15, 0, 0);
     EXPECT_TRUE(found);
     EXPECT_GT(key, 0);
 }
@@ -117,16 +117,20 @@ TEST_F(DeskStore, AReadOnlyDamagedOrLockedDatabaseIsToldNotCrashedOn) {
         PracticeStore other("other");
         other.open(path, kToday);
         ASSERT_TRUE(QSqlQuery(other.database()).exec("BEGIN IMMEDIATE"));
-        desk.book(1, 13, 0, "5502");
+        desk.book(1, 15, 0, "5502");
         ASSERT_EQ(desk.told.size(), 1u);
         EXPECT_NE(desk.told[0].find("in use by another program"), std::string::npos) << desk.told[0];
+        EXPECT_NE(desk.told[0].find(path.toStdString()), std::string::npos) << "the message names the file";
+        // A reload that cannot read keeps what the store last gave.
+        desk.host.otherDeskChanged("501", kToday);
+        EXPECT_EQ(desk.set(1).Count(), 6) << "never an empty day";
         QSqlQuery(other.database()).exec("ROLLBACK");
     }
     ASSERT_EQ(::chmod(path.toLocal8Bit().constData(), 0444), 0);
     {
         Desk desk(path, "readonly");
         const int before = desk.set(3).Count();
-        desk.book(3, 13, 0, "5504");
+        desk.book(3, 15, 0, "5504");
         ASSERT_EQ(desk.told.size(), 1u);
         EXPECT_NE(desk.told[0].find("can only be read"), std::string::npos) << desk.told[0];
         EXPECT_EQ(desk.set(3).Count(), before) << "the refused booking is gone from the grid";
@@ -142,8 +146,47 @@ TEST_F(DeskStore, AReadOnlyDamagedOrLockedDatabaseIsToldNotCrashedOn) {
         store.open(path, kToday);
         FAIL() << "a damaged file opened";
     } catch (const StoreError& e) {
-        EXPECT_STREQ(e.what(), "The practice database is damaged and cannot be used.");
+        EXPECT_EQ(e.what(), "The practice database " + path.toStdString() + " is damaged and cannot be used.");
     }
+}
+
+// Two live appointments of one resource may not overlap unless the practice
+// allows it: a booking, a drop and a status that would do so are refused by
+// name, and the grid shows what is stored.
+TEST_F(DeskStore, DoubleBookingsAreRefusedUnlessThePracticeAllowsThem) {
+    Desk desk(path);
+    desk.book(1, 8, 15, "5503");
+    ASSERT_EQ(desk.told.size(), 1u);
+    EXPECT_NE(desk.told[0].find("Dr. Ortiz already has"), std::string::npos) << desk.told[0];
+    EXPECT_EQ(desk.set(1).Count(), 6) << "the refused booking is gone from the grid";
+    EXPECT_TRUE(desk.control.UserControlEnabled());
+
+    PVDayView& first = *desk.control.widgets().dvwResource[0];
+    const AppointmentRef moved = desk.set(1).FirstAppointment();
+    ASSERT_TRUE(first.userDrag(moved->Key(), first, makeTime(9, 30, 0)));
+    ASSERT_EQ(desk.told.size(), 2u);
+    EXPECT_NE(desk.told[1].find("so the move was not stored"), std::string::npos) << desk.told[1];
+    EXPECT_EQ(desk.set(1).FirstAppointment()->StartDateTime, makeDateTime(2026, 11, 23, 8, 0, 0));
+
+    desk.store.setAllowDoubleBooking(true);
+    desk.book(1, 8, 15, "5503");
+    EXPECT_EQ(desk.told.size(), 2u);
+    EXPECT_EQ(desk.set(1).Count(), 7);
+}
+
+// Another desk's change reloads a column; the slot length the user chose for
+// it stays.
+TEST_F(DeskStore, TheSlotLengthTheUserChoseSurvivesAReload) {
+    Desk desk(path);
+    desk.control.setDayIncrement(0, "30");
+    desk.host.otherDeskChanged("501", kToday);
+    EXPECT_EQ(desk.control.DayIncrement(0), "30");
+    EXPECT_EQ(desk.set(1).Count(), 6);
+}
+
+TEST_F(DeskStore, PatientSearchIgnoresCaseAndTakesWildcardsAsTyped) {
+    Desk desk(path);
+    practice::test::expectSearchFoldsCase(desk.store);
 }
 
 // A desk killed with SIGKILL in the middle of a run of bookings leaves a sound
@@ -162,7 +205,7 @@ TEST_F(DeskStore, AKilledDeskLosesNoCommittedBooking) {
             StoredAppointment a;
             a.resource = "503", a.description = "Booking " + QString::number(i), a.patientId = "5501";
             a.status = "Scheduled";
-            a.start = addMinutes(makeDateTime(2026, 12, 1, 8, 0, 0), i);
+            a.start = addMinutes(makeDateTime(2027, 1, 4, 8, 0, 0), 15 * i);
             a.end = addMinutes(a.start, 15);
             const qint64 id = store.addAppointment(a);
             if (::write(pipeEnds[1], &id, sizeof id) != sizeof id) ::_exit(1);

@@ -1,69 +1,35 @@
-// Several desks on one practice: a PostgreSQL server of the test's own, in a
-// temporary folder on a Unix socket, and two desks on it. A booking on one
-// shows on the other, a move of one appointment by both is refused on the
-// second, and a server stopped and started in the middle of a run of bookings
-// loses none that were confirmed.
+// Several desks on one practice, on a PostgreSQL server of the test's own: a
+// booking on one shows on the other; a move of one appointment by both is
+// refused on the second; both come back by themselves after their server
+// restarts, losing and doubling nothing; a notice that is not a desk's never
+// ends a desk; desks that start together set up one practice; two desks
+// racing for one slot cannot both win it.
 
 #include "desk_fixture.h"
+#include "pg_server.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
+#include <QtSql/QSqlQuery>
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
+#include <algorithm>
+#include <array>
+#include <barrier>
+#include <set>
+#include <thread>
+#include <sys/wait.h>
 
 using namespace quorvane;
 using namespace practice;
 using practice::test::Desk;
+using practice::test::Server;
 
 namespace {
 
-// A cluster of the test's own. The server refuses to run as root, so a root
-// test runs its programs as the postgres user the package made.
-class Server {
-public:
-    Server() {
-        QFile::setPermissions(dir_.path(), QFileDevice::Permissions(0x7777));
-        const QStringList bins = QDir("/usr/lib/postgresql").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        if (!bins.isEmpty()) bin_ = "/usr/lib/postgresql/" + bins.last() + "/bin/";
-    }
-    ~Server() { stop(); }
-
-    bool start() {
-        if (!QFile::exists(dir_.path() + "/data/PG_VERSION") &&
-            !run("initdb", {"-D", data(), "-A", "trust", "-U", "postgres", "--no-sync", "-E", "UTF8"}))
-            return false;
-        return run("pg_ctl", {"-D", data(), "-l", dir_.path() + "/log", "-w", "-o",
-                              "-k " + dir_.path() + " -c listen_addresses='' -F -p 5432", "start"}) &&
-               (created_ || (created_ = run("createdb", {"-h", dir_.path(), "-U", "postgres", "practice"})));
-    }
-    void stop() {
-        if (QFile::exists(data() + "/postmaster.pid"))
-            run("pg_ctl", {"-D", data(), "-m", "fast", "-w", "stop"});
-    }
-    QString location() const { return "postgresql://postgres@localhost/practice?host=" + dir_.path(); }
-    bool available() const { return !bin_.isEmpty() && QFile::exists(bin_ + "initdb"); }
-
-private:
-    QString data() const { return dir_.path() + "/data"; }
-    bool run(const QString& program, const QStringList& args) {
-        QProcess p;
-        if (::geteuid() == 0)
-            p.start("runuser", QStringList{"-u", "postgres", "--", bin_ + program} + args);
-        else
-            p.start(bin_ + program, args);
-        return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-    }
-    QTemporaryDir dir_;
-    QString bin_;
-    bool created_ = false;
-};
-
-// Lets the event loop deliver the other desk's notices, up to a second.
+// Lets the event loop deliver the other desk's notices and run its timers, up
+// to `ms`.
 bool within(const std::function<bool()>& done, int ms = 1000) {
     QElapsedTimer t;
     t.start();
@@ -91,8 +57,8 @@ TEST_F(SharedDesks, ABookingOnOneDeskShowsOnTheOther) {
     Desk back(server.location(), "back");
     EXPECT_EQ(back.set(2).Count(), 6);
     back.control.widgets().dvwResource[1]->setTopIndex(makeDateTime(2026, 11, 23, 9, 0, 0));
-    front.book(2, 13, 0, "5503");
-    EXPECT_TRUE(within([&] { return shows(back, 2, "Grace Hopper", makeDateTime(2026, 11, 23, 13, 0, 0)); }));
+    front.book(2, 15, 0, "5503");
+    EXPECT_TRUE(within([&] { return shows(back, 2, "Grace Hopper", makeDateTime(2026, 11, 23, 15, 0, 0)); }));
     EXPECT_EQ(back.control.widgets().dvwResource[1]->TopIndex(), makeDateTime(2026, 11, 23, 9, 0, 0))
         << "the reloaded column keeps the top of its grid";
     EXPECT_TRUE(front.told.empty() && back.told.empty());
@@ -115,33 +81,201 @@ TEST_F(SharedDesks, TheSecondMoveOfOneAppointmentIsRefused) {
     EXPECT_TRUE(back.control.UserControlEnabled());
 }
 
-TEST_F(SharedDesks, AServerStoppedAndStartedLosesNoConfirmedBooking) {
-    Desk desk(server.location(), "desk");
-    desk.host.loadPatient("5501");
+// What a desk shows in its first three columns, by id, start and end, and what
+// the store holds for the same resources and days.
+using Grid = std::set<std::tuple<std::string, double, double>>;
+Grid shown(Desk& desk) {
+    Grid out;
+    for (int column = 1; column <= 3; ++column)
+        for (const AppointmentRef& a : desk.set(column).items())
+            out.emplace(a->Tag.empty() ? "unsaved" : tagField(a->Tag, 0), a->StartDateTime.value,
+                        a->EndDateTime.value);
+    return out;
+}
+Grid stored(Desk& desk, PracticeStore& store) {
+    Grid out;
+    for (int column = 1; column <= 3; ++column)
+        for (const StoredAppointment& a :
+             store.appointments(QString::fromStdString(desk.control.ResourceValue(column - 1)),
+                                desk.control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->CurrentDate()))
+            out.emplace(std::to_string(a.id), a.start.value, a.end.value);
+    return out;
+}
+
+// One desk idle, the other in a run of bookings; the server restarted cleanly,
+// then stopped as by a power cut and started again. Both desks notice, keep
+// their grids, and come back by themselves within seconds of the server.
+TEST_F(SharedDesks, BothDesksComeBackAfterTheirServerRestarts) {
+    Desk idle(server.location(), "idle");
+    Desk busy(server.location(), "busy");
+    busy.host.loadPatient("5501");
     std::vector<qint64> confirmed;
-    for (int i = 0; i < 12; ++i) {
-        if (i == 4) server.stop();
-        if (i == 8) {
+    int slot = 0;
+    auto bookNext = [&] {
+        // Dr. Ortiz's afternoon is free from 1:15 PM on.
+        const qint64 id = busy.bookAt(1, 13 + (slot + 1) / 4, 15 * ((slot + 1) % 4));
+        if (id) confirmed.push_back(id), ++slot;
+        return id;
+    };
+    for (const char* outage : {"restart", "immediate"}) {
+        SCOPED_TRACE(outage);
+        for (int i = 0; i < 3; ++i)
+            ASSERT_NE(bookNext(), 0) << slot << " " << (busy.told.empty() ? "" : busy.told.back());
+        const Grid before = shown(idle);
+        if (std::string(outage) == "restart") {
+            ASSERT_TRUE(server.restart());
+        } else {
+            server.stop("immediate");
+            const std::size_t toldBefore = busy.told.size();
+            EXPECT_EQ(bookNext(), 0) << "nothing is stored while the server is away";
+            EXPECT_EQ(busy.told.size(), toldBefore + 1) << "the user is told why";
+            EXPECT_TRUE(busy.host.offline()) << (busy.told.empty() ? "" : busy.told.back());
+            EXPECT_FALSE(busy.control.UserControlEnabled());
+            EXPECT_TRUE(within([&] { return idle.host.offline(); }, 5000)) << "an idle desk notices within 5 s";
+            EXPECT_FALSE(idle.control.UserControlEnabled());
+            EXPECT_EQ(shown(idle), before) << "the grid stays as it was loaded";
+            EXPECT_FALSE(std::ranges::any_of(shown(busy), [](const auto& a) { return std::get<0>(a) == "unsaved"; }))
+                << "the refused booking is gone from the grid";
+            // QUORVANE_OUTAGE_SECONDS=65 plays a server that stays away for over a minute.
+            within([] { return false; }, qEnvironmentVariableIntValue("QUORVANE_OUTAGE_SECONDS") * 1000);
+            EXPECT_TRUE(idle.host.offline() && busy.host.offline());
             ASSERT_TRUE(server.start());
-            ASSERT_TRUE(desk.host.retry());
-            EXPECT_TRUE(desk.control.UserControlEnabled());
         }
-        if (!desk.control.UserControlEnabled()) {
-            EXPECT_TRUE(desk.host.offline()) << "refused while the server is away";
-            continue;
-        }
-        desk.control.widgets().dvwResource[2]->userClickAt(makeTime(8 + i % 5, 15 * (i / 5), 0));
-        desk.control.ScheduleApp();
-        const AppointmentRef booked = desk.set(3).GetSelectedAppointment();
-        if (booked && !booked->Tag.empty()) confirmed.push_back(std::stoll(tagField(booked->Tag, 0)));
+        // Back within 10 s: the busy desk books again, and the idle desk hears it.
+        qint64 again = 0;
+        EXPECT_TRUE(within(
+            [&] { return !idle.host.offline() && busy.control.UserControlEnabled() && (again = bookNext()) != 0; },
+            10000));
+        EXPECT_TRUE(idle.control.UserControlEnabled());
+        const std::string tag = std::to_string(again);
+        EXPECT_TRUE(within([&] {
+            return std::ranges::any_of(shown(idle), [&](const auto& a) { return std::get<0>(a) == tag; });
+        })) << "the idle desk listens again";
     }
-    EXPECT_EQ(confirmed.size(), 8u);
-    ASSERT_FALSE(desk.told.empty());
-    EXPECT_NE(desk.told[0].find("cannot be reached"), std::string::npos) << desk.told[0];
     PracticeStore check("check");
     check.open(server.location(), practice::test::kToday);
+    EXPECT_EQ(shown(idle), stored(idle, check));
+    EXPECT_EQ(shown(busy), stored(busy, check));
     for (const qint64 id : confirmed)
-        EXPECT_EQ(check.appointment(id).resource, "503");
+        EXPECT_EQ(check.appointment(id).resource, "501");
+    EXPECT_EQ(check.appointments("501", practice::test::kToday).size(), 6 + confirmed.size())
+        << "no booking lost or stored twice";
+}
+
+// Notices from any client: garbage, empty, the largest a server carries, and a
+// desk's own for a resource whose value holds "|" and letters beyond ASCII.
+TEST_F(SharedDesks, ANoticeNeverEndsADesk) {
+    {
+        Desk setUp(server.location(), "setup");
+        QSqlQuery q(setUp.store.database());
+        ASSERT_TRUE(q.exec("UPDATE group_members SET default_column = 0 WHERE resource_value = '503'"));
+        ASSERT_TRUE(q.exec("INSERT INTO resources VALUES ('R|ö', 'Dr. Öztürk', 'Providers', 'Dentists')"));
+        ASSERT_TRUE(q.exec("INSERT INTO group_members VALUES ('10', 'R|ö', 3, 9)"));
+    }
+    Desk desk(server.location(), "desk");
+    ASSERT_EQ(desk.control.ResourceValue(2), "R|ö");
+    desk.control.widgets().txtAppComments.text = "typed, not yet saved";
+    for (const QString& payload : {QString("501|tomorrow"), QString(), QString("{\"resource\": 501}"),
+                                   QString("{\"resource\": \"501\", \"day\": \"2026-02-30\"}"), QString(7999, 'x')})
+        ASSERT_TRUE(server.psql("NOTIFY schedule_changed, '" + payload + "'")) << payload.left(40).toStdString();
+    within([] { return false; }, 500);
+    ASSERT_TRUE(server.psql("INSERT INTO appointments (resource_value, start_at, end_at, description, patient_id, "
+                            "status) VALUES ('R|ö', '2026-11-23 15:00:00', '2026-11-23 15:30:00', 'Ada Byron', "
+                            "'5501', 'Scheduled')"));
+    ASSERT_TRUE(server.psql("SELECT pg_notify('schedule_changed', '" +
+                            PracticeStore::noticeOf("R|ö", practice::test::kToday) + "')"));
+    EXPECT_TRUE(within([&] { return shows(desk, 3, "Ada Byron", makeDateTime(2026, 11, 23, 15, 0, 0)); }));
+    EXPECT_EQ(desk.control.widgets().txtAppComments.text, "typed, not yet saved");
+}
+
+// Four desks started at one moment on a server's empty database: one sets the
+// practice up, the others wait for it and open it.
+TEST_F(SharedDesks, DesksStartingTogetherSetUpOnePractice) {
+    int go[2];
+    ASSERT_EQ(::pipe(go), 0);
+    std::vector<pid_t> desks;
+    for (int i = 0; i < 4; ++i) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::close(go[1]);
+            char c;
+            (void)!::read(go[0], &c, 1);
+            try {
+                Desk desk(server.location(), "desk");
+                ::_exit(desk.set(1).Count() == 6 && desk.told.empty() ? 0 : 3);
+            } catch (const std::exception& e) {
+                std::fprintf(stderr, "desk %d: %s\n", i, e.what());
+                ::_exit(2);
+            }
+        }
+        desks.push_back(child);
+    }
+    ::close(go[0]);
+    ::close(go[1]); // all four go
+    for (const pid_t child : desks) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "a desk failed to start: " << status;
+    }
+    PracticeStore check("check");
+    check.open(server.location(), practice::test::kToday);
+    QSqlQuery q(check.database());
+    ASSERT_TRUE(q.exec("SELECT (SELECT count(*) FROM practice_groups), (SELECT count(*) FROM patients)") && q.next());
+    EXPECT_EQ(q.value(0).toInt(), 2);
+    EXPECT_EQ(q.value(1).toInt(), 30);
+    EXPECT_EQ(check.appointmentCount(), 240) << "the demo practice seeded once";
+}
+
+// Two desks book one provider's slot at the same moment, a hundred times: the
+// server's rule lets exactly one of them have it each time, and the other is
+// told who stands there.
+TEST_F(SharedDesks, TwoDesksRacingForOneSlotCannotBothWin) {
+    { Desk setUp(server.location(), "setup"); }
+    constexpr int kRounds = 100;
+    std::barrier ready(2);
+    std::array<std::vector<int>, 2> won;
+    std::array<std::string, 2> refusal;
+    auto desk = [&](int n) {
+        PracticeStore store(QString("racer%1").arg(n));
+        store.open(server.location(), practice::test::kToday);
+        for (int round = 0; round < kRounds; ++round) {
+            StoredAppointment a;
+            a.resource = "502", a.patientId = QString::number(5501 + n), a.status = "Scheduled";
+            a.description = n ? "Alan Kay" : "Ada Byron";
+            a.start = addMinutes(makeDateTime(2027, 1, 4, 8, 0, 0), 30 * round);
+            a.end = addMinutes(a.start, 30);
+            ready.arrive_and_wait();
+            try {
+                store.addAppointment(a);
+                won[static_cast<std::size_t>(n)].push_back(round);
+            } catch (const DoubleBooking& e) {
+                refusal[static_cast<std::size_t>(n)] = e.what();
+            } catch (const StoreError& e) {
+                ADD_FAILURE() << e.what();
+            }
+        }
+    };
+    std::thread first(desk, 0), second(desk, 1);
+    first.join();
+    second.join();
+    EXPECT_EQ(won[0].size() + won[1].size(), static_cast<std::size_t>(kRounds)) << "exactly one wins each round";
+    std::set<int> rounds(won[0].begin(), won[0].end());
+    rounds.insert(won[1].begin(), won[1].end());
+    EXPECT_EQ(rounds.size(), static_cast<std::size_t>(kRounds));
+    for (const std::string& told : refusal)
+        if (!told.empty()) {
+            EXPECT_NE(told.find("Dr. Park already has"), std::string::npos) << told;
+        }
+    PracticeStore check("check");
+    check.open(server.location(), practice::test::kToday);
+    EXPECT_EQ(check.appointmentsBetween("502", makeDate(2027, 1, 4), makeDate(2027, 1, 6)).size(),
+              static_cast<std::size_t>(kRounds));
+}
+
+TEST_F(SharedDesks, PatientSearchIgnoresCaseAndTakesWildcardsAsTyped) {
+    Desk desk(server.location(), "desk");
+    practice::test::expectSearchFoldsCase(desk.store);
 }
 
 } // namespace

@@ -1,0 +1,201 @@
+// The layout of a practice's database: its migrations, the unit in which one
+// desk at a time sets a database up, the check that a database is whole, and
+// the practice's settings that live in the layout itself.
+
+#include "store_sql.h"
+
+#include <QtSql/QSqlRecord>
+
+#include <array>
+#include <cstdio>
+
+namespace practice {
+
+using sql::run;
+
+namespace {
+
+// The schema, one step per version. %ID% is a key the database numbers
+// itself, in each dialect's words. What a step needs beyond plain statements
+// (the names folded for search, the rule against double bookings on a server)
+// is done in migrate().
+const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
+    {
+        "CREATE TABLE schema_version (version INTEGER NOT NULL)",
+        "INSERT INTO schema_version (version) VALUES (0)",
+        "CREATE TABLE practice_groups (group_id TEXT PRIMARY KEY, group_name TEXT NOT NULL, "
+        "columns_shown INTEGER NOT NULL, columns_total INTEGER NOT NULL, is_default INTEGER NOT NULL, "
+        "position INTEGER NOT NULL)",
+        "CREATE TABLE resources (resource_value TEXT PRIMARY KEY, name TEXT NOT NULL, cat_type TEXT NOT "
+        "NULL, sub_type TEXT NOT NULL)",
+        "CREATE TABLE group_members (group_id TEXT NOT NULL, resource_value TEXT NOT NULL, "
+        "default_column INTEGER NOT NULL, position INTEGER NOT NULL)",
+        "CREATE TABLE patients (patient_id TEXT PRIMARY KEY, name TEXT NOT NULL, chart_number TEXT, dob "
+        "TEXT, sex TEXT, pcp TEXT, home_phone TEXT, home_ext TEXT, work_phone TEXT, work_ext TEXT, "
+        "other_phone TEXT, other_ext TEXT, primary_ins TEXT, primary_active TEXT, primary_copay TEXT, "
+        "secondary_ins TEXT, secondary_active TEXT, secondary_copay TEXT, balance30 TEXT, balance60 TEXT, "
+        "balance90 TEXT, balance180 TEXT, dod TEXT, photo_image_id TEXT)",
+        "CREATE TABLE appointments (app_id %ID%, resource_value TEXT NOT NULL, "
+        "start_at TEXT NOT NULL, end_at TEXT NOT NULL, description TEXT NOT NULL, patient_id TEXT NOT NULL, "
+        "status TEXT NOT NULL, recurrence_id TEXT NOT NULL DEFAULT '', type_id TEXT NOT NULL DEFAULT '', "
+        "comments TEXT NOT NULL DEFAULT '', chief_complaint TEXT NOT NULL DEFAULT '', "
+        "prior_auth TEXT NOT NULL DEFAULT '', ref_provider TEXT NOT NULL DEFAULT '', "
+        "ref_provider_id TEXT NOT NULL DEFAULT '')",
+        "CREATE TABLE templates (template_id %ID%, resource_value TEXT NOT NULL, "
+        "weekday INTEGER NOT NULL, start_time TEXT NOT NULL, end_time TEXT NOT NULL, description TEXT NOT "
+        "NULL, colour TEXT NOT NULL)",
+        "CREATE TABLE appointment_types (resource_value TEXT NOT NULL, position INTEGER NOT NULL, "
+        "caption TEXT NOT NULL, duration TEXT NOT NULL, comment TEXT NOT NULL, chief TEXT NOT NULL, "
+        "type_id TEXT NOT NULL)",
+    },
+    {
+        // Two desks may change one appointment: each change counts up its version.
+        "ALTER TABLE appointments ADD COLUMN version INTEGER NOT NULL DEFAULT 1",
+        "CREATE INDEX appointments_by_day ON appointments (resource_value, start_at)",
+    },
+    {
+        // The practice's own rules, and names folded for a search that ignores case.
+        "CREATE TABLE practice_settings (name TEXT PRIMARY KEY, value TEXT NOT NULL)",
+        "INSERT INTO practice_settings (name, value) VALUES ('allow_double_booking', 'off')",
+        "ALTER TABLE patients ADD COLUMN name_folded TEXT NOT NULL DEFAULT ''",
+    },
+}};
+
+// On a server the rule against double bookings is a constraint, so two desks
+// racing for one slot cannot both win. The stored times are ISO texts, read the
+// same whatever the server's date style, which is what makes the period
+// function immutable in fact.
+const char* const kPeriodFunction =
+    "CREATE OR REPLACE FUNCTION practice_period(text, text) RETURNS tsrange LANGUAGE sql IMMUTABLE "
+    "AS 'SELECT tsrange(CAST($1 AS timestamp), CAST($2 AS timestamp))'";
+const char* const kNoDoubleBooking =
+    "ALTER TABLE appointments ADD CONSTRAINT appointments_no_double_booking EXCLUDE USING gist "
+    "(resource_value WITH =, practice_period(start_at, end_at) WITH &&) WHERE (status <> 'Cancelled')";
+
+// One number for the lock that lets one desk at a time set a server's database up.
+constexpr qint64 kSetUpLock = 0x51756f7276616e65; // "Quorvane"
+
+} // namespace
+
+void PracticeStore::openAt(const QString& location, int version) {
+    connect(location, OpenMode::Demo);
+    setUp(version, false, {});
+}
+
+void PracticeStore::open(const QString& location, quorvane::OleDate today, OpenMode mode) {
+    connect(location, mode);
+    setUp(kSchemaVersion, mode == OpenMode::Demo, today);
+    validate();
+}
+
+void PracticeStore::setUp(int upTo, bool seedDemo, quorvane::OleDate today) {
+    transaction("the practice's layout", [&] {
+        if (postgres_) run(db_, "SELECT pg_advisory_xact_lock(?)", {kSetUpLock}, "the practice's layout");
+        const int from = schemaVersion();
+        if (from > kSchemaVersion)
+            throw StoreError((sql::nameOf(db_) + " was set up by a newer practice desk (layout " +
+                              QString::number(from) + "); this desk knows layouts up to " +
+                              QString::number(kSchemaVersion) + ".")
+                                 .toStdString());
+        if (from == 0 && upTo == kSchemaVersion && !seedDemo)
+            throw StoreError((sql::nameOf(db_) +
+                              " holds no practice. Start the desk with --demo to set up the demo practice "
+                              "there.")
+                                 .toStdString());
+        migrate(from, upTo);
+        if (from == 0 && seedDemo) seed(today);
+    });
+}
+
+// 0 for a database that has no schema yet.
+int PracticeStore::schemaVersion() const {
+    checkOpen();
+    if (!db_.tables().contains("schema_version")) return 0;
+    QSqlQuery q = run(db_, "SELECT version FROM schema_version");
+    return q.next() ? q.value(0).toInt() : 0;
+}
+
+void PracticeStore::migrate(int from, int upTo) {
+    const char* what = "the new layout of the database";
+    for (int version = from; version < upTo; ++version) {
+        for (QString statement : kMigrations[static_cast<std::size_t>(version)]) {
+            statement.replace("%ID%", postgres_ ? "BIGSERIAL PRIMARY KEY" : "INTEGER PRIMARY KEY AUTOINCREMENT");
+            run(db_, statement, {}, what);
+        }
+        if (version == 2) {
+            foldPatientNames();
+            if (postgres_) {
+                run(db_, "CREATE EXTENSION IF NOT EXISTS btree_gist", {}, what);
+                run(db_, kPeriodFunction, {}, what);
+                // A practice that already has overlapping appointments keeps
+                // allowing them until it sorts them out.
+                QSqlQuery overlaps = run(db_,
+                                         "SELECT 1 FROM appointments a JOIN appointments b ON "
+                                         "a.resource_value = b.resource_value AND a.app_id < b.app_id AND "
+                                         "a.status <> 'Cancelled' AND b.status <> 'Cancelled' AND "
+                                         "a.start_at < b.end_at AND b.start_at < a.end_at LIMIT 1",
+                                         {}, what);
+                if (overlaps.next()) {
+                    overlaps.finish();
+                    run(db_, "UPDATE practice_settings SET value = 'on' WHERE name = 'allow_double_booking'",
+                        {}, what);
+                    std::fprintf(stderr, "practice-desk: the practice has overlapping appointments, so "
+                                         "double bookings stay allowed\n");
+                } else {
+                    forbidDoubleBookings(true);
+                }
+            }
+        }
+        run(db_, "UPDATE schema_version SET version = ?", {version + 1}, what);
+    }
+}
+
+// The name as a search compares it: case folded, so "hopper" finds "Hopper"
+// and "ölander" finds "Ölander" on either engine.
+void PracticeStore::foldPatientNames() {
+    std::vector<std::pair<QString, QString>> names;
+    QSqlQuery q = run(db_, "SELECT patient_id, name FROM patients");
+    while (q.next())
+        names.emplace_back(q.value(0).toString(), q.value(1).toString());
+    for (const auto& [id, name] : names)
+        run(db_, "UPDATE patients SET name_folded = ? WHERE patient_id = ?", {name.toCaseFolded(), id},
+            "the names for search");
+}
+
+void PracticeStore::forbidDoubleBookings(bool forbid) {
+    if (!postgres_) return; // SQLite checks inside each write transaction
+    run(db_, "ALTER TABLE appointments DROP CONSTRAINT IF EXISTS appointments_no_double_booking", {},
+        "the rule against double bookings");
+    if (forbid) run(db_, kNoDoubleBooking, {}, "the rule against double bookings");
+}
+
+bool PracticeStore::allowDoubleBooking() const {
+    checkOpen();
+    QSqlQuery q = run(db_, "SELECT value FROM practice_settings WHERE name = 'allow_double_booking'");
+    return q.next() && q.value(0).toString() == "on";
+}
+
+void PracticeStore::setAllowDoubleBooking(bool allow) {
+    transaction("the rule against double bookings", [&] {
+        run(db_, "UPDATE practice_settings SET value = ? WHERE name = 'allow_double_booking'",
+            {allow ? "on" : "off"}, "the rule against double bookings");
+        forbidDoubleBookings(!allow);
+    });
+}
+
+// A file whose pages were overwritten, or a database that lost a table, would
+// otherwise read as a practice with a free day.
+void PracticeStore::validate() {
+    const QStringList tables = db_.tables();
+    for (const char* table : sql::kTables)
+        if (!tables.contains(table))
+            throw DamagedError((sql::nameOf(db_) + " is damaged and cannot be used: its table \"" + table +
+                                "\" is missing.")
+                                   .toStdString());
+    if (postgres_) return;
+    QSqlQuery check = run(db_, "PRAGMA quick_check(1)");
+    if (!check.next() || check.value(0).toString() != "ok")
+        throw DamagedError((sql::nameOf(db_) + " is damaged and cannot be used.").toStdString());
+}
+
+} // namespace practice
