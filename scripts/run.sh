@@ -13,5 +13,5 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
 fi
 morning="$dir/morning"
 rm -rf "$morning"
-QT_QPA_PLATFORM=offscreen "$dir/apps/practice-desk/practice-desk" --database "$morning/practice.sqlite" \
+QT_QPA_PLATFORM=offscreen "$dir/apps/practice-desk/practice-desk" --database "$morning/practice.sqlite" --demo \
   --morning "$morning" "$@" 2> >(grep -v -e "does not support" -e XDG_RUNTIME_DIR >&2)

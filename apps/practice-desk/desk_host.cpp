@@ -3,6 +3,10 @@
 #include <QuorvaneScheduler/errors.h>
 
 #include <QDate>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
 
 using namespace quorvane;
 
@@ -28,6 +32,8 @@ DeskHost::DeskHost(ctlScheduler& control, PracticeStore& store) : session_(contr
     control.setEventSink(this);
 }
 
+DeskHost::~DeskHost() { store_.listen({}); }
+
 void DeskHost::say(const QString& message) {
     if (tell) tell(message);
 }
@@ -43,16 +49,59 @@ void DeskHost::start(int widthPixels, int heightPixels) {
     session_.set("TaskingEnabled", Variant("true"));
     session_.call("ResizeControl", {Variant(static_cast<std::int16_t>(heightPixels)),
                                     Variant(static_cast<std::int16_t>(widthPixels))});
+    // A notice comes from the event loop: whatever goes wrong in answering it
+    // is said, and the desk goes on.
     store_.listen([this](const QString& resource, OleDate day) {
-        otherDeskChanged(resource, day);
+        try {
+            otherDeskChanged(resource, day);
+        } catch (const std::exception& e) {
+            std::fprintf(stderr, "practice-desk: another desk's change could not be shown: %s\n", e.what());
+        }
         if (changedOutside) changedOutside();
     });
     const Catalogue c = store_.catalogue();
     // Views and defaults first: assigning the groups selects the default group
     // at once, and that reads both.
+    starting_ = true;
     session_.set("ResourceGroupViews", str(c.views));
     session_.set("ResourceGroupDefaults", str(c.defaults));
     session_.set("ResourceGroups", str(c.groups));
+    starting_ = false;
+    if (!damaged_.isEmpty()) throw DamagedError(damaged_.toStdString());
+    if (store_.shared() && !probe_) {
+        probe_ = std::make_unique<QTimer>();
+        QObject::connect(probe_.get(), &QTimer::timeout, probe_.get(), [this] { probe(); });
+        probe_->start(kProbeMs);
+    }
+}
+
+void DeskHost::probe() {
+    if (mayProbe && !mayProbe()) return;
+    if (offline_) {
+        if (retry() && changedOutside) changedOutside();
+        return;
+    }
+    try {
+        store_.ping();
+    } catch (const ConnectionLost&) {
+        goOffline();
+        if (changedOutside) changedOutside();
+    } catch (const StoreError&) {
+    }
+}
+
+// The grid stays as it is; the user can change nothing until the server is back.
+void DeskHost::goOffline() {
+    if (offline_) return;
+    offline_ = true;
+    store_.disconnect();
+    if (session_.control().UserControlEnabled()) session_.set("UserControlEnabled", Variant(false));
+    if (offlineChanged) offlineChanged(true);
+}
+
+void DeskHost::lostConnection(const ConnectionLost& e) {
+    goOffline();
+    say(QString::fromStdString(e.what()));
 }
 
 qint64 DeskHost::currentAppointmentId() {
@@ -69,14 +118,13 @@ bool DeskHost::stored(const std::function<void()>& change, const std::function<v
         change();
         return true;
     } catch (const ConnectionLost& e) {
-        offline_ = true;
-        say(QString::fromStdString(e.what()));
-        return false;
+        lostConnection(e);
     } catch (const StoreError& e) {
         say(QString::fromStdString(e.what()));
-        if (reload) reload();
-        return false;
     }
+    // Offline, the columns load what the store last gave them.
+    if (reload) reload();
+    return false;
 }
 
 void DeskHost::endBusy() {
@@ -92,7 +140,9 @@ bool DeskHost::retry() {
     if (!store_.reconnect()) return false;
     offline_ = false;
     reloadColumns();
+    if (offline_) return false; // lost again while loading
     endBusy();
+    if (offlineChanged) offlineChanged(false);
     return true;
 }
 
@@ -111,51 +161,95 @@ void DeskHost::otherDeskChanged(const QString& resource, OleDate day) {
     for (int column = 1; column <= std::min(shown, kColumns); ++column) {
         const std::string n = std::to_string(column);
         if (qs(session_.text("Resource" + n + "Value")) != resource) continue;
-        const DayViewRef view = session_.control().GetDayView(n);
-        if (view->CurrentDate() != datePart(day)) continue;
-        const OleDate top = view->TopIndex();
-        const AppointmentRef selected = view->appointmentSet().GetSelectedAppointment();
-        const std::string selectedTag = selected ? selected->Tag : std::string();
-        session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(column))});
-        session_.set("Resource" + n + "TopIndex", Variant(top));
-        if (selectedTag.empty()) continue;
-        for (const AppointmentRef& a : view->appointmentSet().items())
-            if (a->Tag == selectedTag) a->setSelected(true);
+        if (session_.control().GetDayView(n)->CurrentDate() != datePart(day)) continue;
+        reloadColumn(column);
     }
+}
+
+void DeskHost::reloadColumn(int column) {
+    const std::string n = std::to_string(column);
+    const DayViewRef view = session_.control().GetDayView(n);
+    const OleDate top = view->TopIndex();
+    const AppointmentRef selected = view->appointmentSet().GetSelectedAppointment();
+    const std::string selectedTag = selected ? selected->Tag : std::string();
+    session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(column))});
+    session_.set("Resource" + n + "TopIndex", Variant(top));
+    if (selectedTag.empty()) return;
+    for (const AppointmentRef& a : view->appointmentSet().items())
+        if (a->Tag == selectedTag) a->setSelected(true);
 }
 
 void DeskHost::reloadColumns() {
     const int shown = qs(session_.control().widgets().sbSchedule.tag).toInt();
     for (int column = 1; column <= std::min(shown, kColumns); ++column)
-        if (!session_.text("Resource" + std::to_string(column) + "Value").empty())
-            session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(column))});
+        if (!session_.text("Resource" + std::to_string(column) + "Value").empty()) reloadColumn(column);
 }
 
-// A column emptied for a resource and a date: its slot length, its grid, its
-// blocks, its appointments and its types, then the top of the day.
+QString DeskHost::dayKey(const QString& resource, OleDate day) {
+    return storedDate(datePart(day)).left(10) + "|" + resource;
+}
+
+void DeskHost::confirmed(qint64 id, const StoredAppointment* now) {
+    for (auto& [key, day] : loaded_)
+        std::erase_if(day.appointments, [id](const StoredAppointment& a) { return a.id == id; });
+    if (!now) {
+        versions_.erase(id);
+        return;
+    }
+    remember(*now);
+    const auto day = loaded_.find(dayKey(now->resource, now->start));
+    if (day == loaded_.end()) return;
+    auto& list = day->second.appointments;
+    list.insert(std::upper_bound(list.begin(), list.end(), *now,
+                                 [](const StoredAppointment& a, const StoredAppointment& b) {
+                                     return a.start < b.start;
+                                 }),
+                *now);
+}
+
+// A column emptied for a resource and a date: its slot length (the first time
+// only; after that the user's choice stands), its grid, its blocks, its
+// appointments and its types, then the top of the day. What the store cannot
+// give is taken from what it last gave, so a failed read never empties a column.
 void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant& date) {
     const Variant number = columnText(column);
-    const std::string increment = "DayIncrement" + std::to_string(column);
-    if (session_.text(increment) != "15") session_.set(increment, Variant("15"));
+    if (column >= 1 && column <= kColumns && !std::exchange(sized_[static_cast<std::size_t>(column)], true)) {
+        const std::string increment = "DayIncrement" + std::to_string(column);
+        if (session_.text(increment) != "15") session_.set(increment, Variant("15"));
+    }
     const OleDate day = date.toDate();
+    const QString key = dayKey(qs(resource), day);
+    ColumnDay loaded;
     try {
-        session_.call("RefreshTimeslots", {number});
-        for (const Template& t : store_.templates(qs(resource), day))
-            session_.call("AddResourceTemplate", {Variant(t.start), Variant(t.end), str(t.description),
-                                                  str(t.colour), number, Variant("Y")});
-        for (const StoredAppointment& a : store_.appointments(qs(resource), day)) {
-            remember(a);
-            session_.call("AddAppointment", {number, str(a.description), Variant(a.start), Variant(a.end),
-                                             Variant(std::to_string(a.id)), str(a.status),
-                                             str(a.recurrenceId), str(a.patientId)});
-        }
-        session_.call("SetAppointmentType", {str(store_.appointmentTypes(qs(resource))), number});
-    } catch (const ConnectionLost& e) {
-        offline_ = true;
-        say(QString::fromStdString(e.what()));
+        loaded.templates = store_.templates(qs(resource), day);
+        loaded.appointments = store_.appointments(qs(resource), day);
+        loaded.types = store_.appointmentTypes(qs(resource));
+        if (loaded_.size() > 64) loaded_.clear();
+        loaded_[key] = loaded;
+    } catch (const ConnectionLost&) {
+        goOffline();
+        loaded = loaded_[key];
+    } catch (const DamagedError& e) {
+        if (starting_)
+            damaged_ = QString::fromStdString(e.what());
+        else
+            say(QString::fromStdString(e.what()));
+        loaded = loaded_[key];
     } catch (const StoreError& e) {
         say(QString::fromStdString(e.what()));
+        loaded = loaded_[key];
     }
+    session_.call("RefreshTimeslots", {number});
+    for (const Template& t : loaded.templates)
+        session_.call("AddResourceTemplate", {Variant(t.start), Variant(t.end), str(t.description),
+                                              str(t.colour), number, Variant("Y")});
+    for (const StoredAppointment& a : loaded.appointments) {
+        remember(a);
+        session_.call("AddAppointment", {number, str(a.description), Variant(a.start), Variant(a.end),
+                                         Variant(std::to_string(a.id)), str(a.status), str(a.recurrenceId),
+                                         str(a.patientId)});
+    }
+    session_.call("SetAppointmentType", {str(loaded.types), number});
     session_.call("DisplayTopIndex", {Variant(addMinutes(datePart(day), 8 * 60)), number});
 }
 
@@ -176,7 +270,11 @@ void DeskHost::AddApptWithPatient(Str column, Str resource) {
     a.refProviderId = qs(session_.text("AppRefProviderEID"));
     const std::string key = session_.text("AppKey");
     qint64 id = 0;
-    if (stored([&] { versions_[id = store_.addAppointment(a)] = 1; },
+    if (stored(
+            [&] {
+                id = store_.addAppointment(a);
+                confirmed(id, &store_.written());
+            },
                [&] {
                    session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))});
                })) {
@@ -192,7 +290,11 @@ void DeskHost::AddApptWithPatient(Str column, Str resource) {
 void DeskHost::UpdateAppStatus(Str, Variant& status) {
     const qint64 id = currentAppointmentId();
     const QString wanted = qs(status.toString());
-    if (stored([&] { versions_[id] = store_.setStatus(id, versionOf(id), wanted); },
+    if (stored(
+            [&] {
+                store_.setStatus(id, versionOf(id), wanted);
+                confirmed(id, &store_.written());
+            },
                [&] { reloadColumns(); }))
         session_.call("UpdateCurrentAppStatus", {str(wanted)});
     endBusy();
@@ -204,7 +306,11 @@ void DeskHost::storeTimes(const std::string& resource) {
     const qint64 id = currentAppointmentId();
     const OleDate start = parseDate(session_.text("AppStartDateTime"));
     const OleDate end = parseDate(session_.text("AppEndDateTime"));
-    stored([&] { versions_[id] = store_.moveAppointment(id, versionOf(id), qs(resource), start, end); },
+    stored(
+        [&] {
+            store_.moveAppointment(id, versionOf(id), qs(resource), start, end);
+            confirmed(id, &store_.written());
+        },
            [&] { reloadColumns(); });
     endBusy();
 }
@@ -219,7 +325,7 @@ void DeskHost::ResourceBeforeRemove(Str, Str column) {
     stored(
         [&] {
             store_.removeAppointment(id, versionOf(id));
-            versions_.erase(id);
+            confirmed(id, nullptr);
         },
         [&] { session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))}); });
     endBusy();
@@ -228,13 +334,18 @@ void DeskHost::ResourceBeforeRemove(Str, Str column) {
 void DeskHost::SaveAdditionalAppInfo(Str) {
     StoredAppointment a;
     a.id = currentAppointmentId();
-    a.version = versionOf(a.id);
     a.comments = qs(session_.text("AppComments"));
     a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
     a.priorAuth = qs(session_.text("AppPriorAuthNum"));
     a.refProvider = qs(session_.text("AppRefProvider"));
     a.refProviderId = qs(session_.text("AppRefProviderEID"));
-    stored([&] { versions_[a.id] = store_.saveDetails(a); }, [&] { reloadColumns(); });
+    stored(
+        [&] {
+            a.version = versionOf(a.id);
+            store_.saveDetails(a);
+            confirmed(a.id, &store_.written());
+        },
+        [&] { reloadColumns(); });
     endBusy();
 }
 

@@ -14,20 +14,26 @@
 
 #include <QString>
 
+#include <array>
 #include <functional>
 #include <map>
+#include <memory>
 #include <vector>
+
+class QTimer;
 
 namespace practice {
 
 class DeskHost final : public quorvane::ctlSchedulerEvents {
 public:
     DeskHost(quorvane::ctlScheduler& control, PracticeStore& store);
-    ~DeskHost() override { store_.listen({}); }
+    ~DeskHost() override;
     DeskHost(const DeskHost&) = delete;
     DeskHost& operator=(const DeskHost&) = delete;
 
-    // Brings the control up from the store: colours, size, catalogue.
+    // Brings the control up from the store: colours, size, catalogue. A store
+    // found damaged while the first columns load is a DamagedError here, so a
+    // desk never opens on what would read as a free day.
     void start(int widthPixels, int heightPixels);
 
     ControlSession& session() { return session_; }
@@ -39,6 +45,8 @@ public:
     std::function<void(const QString& imageId)> showPhoto; // empty: take it away
     std::function<void(const QString& what)> note;         // commands the desk only mentions
     std::function<void()> changedOutside; // the desk changed the control outside any event
+    std::function<void(bool offline)> offlineChanged; // the server went away, or came back
+    std::function<bool()> mayProbe; // false while a dialog of the window is open
 
     // The events, in the order of the interface.
     using Str = const std::string&;
@@ -86,12 +94,36 @@ public:
     // Another desk changed a resource's day: the columns that show it load it
     // again, keeping the top of their grid and the appointment selected there.
     void otherDeskChanged(const QString& resource, quorvane::OleDate day);
-    // While the database is out of reach the control stays disabled; this tries
-    // to reach it, and once it is back reloads the schedule and lets the user on.
+    // While the server is out of reach the desk is offline: the control is
+    // disabled and the grid stays as the store last gave it. This tries to reach
+    // the server, and once it is back reloads the columns on screen, keeping
+    // their top and selection, and lets the user on.
     bool retry();
     bool offline() const { return offline_; }
+    // What the desk's timer does every two seconds on a server's database: an
+    // online desk asks the server a light question, so even an idle desk learns
+    // within seconds that it went away; an offline one retries.
+    void probe();
+    static constexpr int kProbeMs = 2000;
 
 private:
+    // What one column of one resource's day was last loaded with, kept as this
+    // desk's own changes are stored: while the store cannot be read a column
+    // loads this again rather than showing an empty day.
+    struct ColumnDay {
+        std::vector<Template> templates;
+        std::vector<StoredAppointment> appointments;
+        QString types;
+    };
+    void goOffline();
+    void lostConnection(const ConnectionLost& e);
+    // Loads one column again from the store, keeping the top of its grid and the
+    // appointment selected there.
+    void reloadColumn(int column);
+    // The store's word on appointment `id` after this desk changed it: its new
+    // values, or none when it was removed.
+    void confirmed(qint64 id, const StoredAppointment* now);
+    static QString dayKey(const QString& resource, quorvane::OleDate day);
     // The appointment the pane describes, by the id of its tag.
     qint64 currentAppointmentId();
     // Runs a change of the store; on refusal the user is told and `reload` runs.
@@ -110,6 +142,13 @@ private:
     // The version of each appointment as this desk last loaded or stored it.
     std::map<qint64, int> versions_;
     bool offline_ = false;
+    bool starting_ = false;
+    QString damaged_; // found while starting
+    // Whether the desk has given each column its slot length; after that the
+    // user's choice stands through every reload.
+    std::array<bool, quorvane::kColumns + 1> sized_{};
+    std::map<QString, ColumnDay> loaded_;
+    std::unique_ptr<QTimer> probe_;
     // Changes of other desks that came while the control was busy.
     std::vector<std::pair<QString, quorvane::OleDate>> pending_;
 };

@@ -14,6 +14,7 @@
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -28,25 +29,36 @@ QString qs(const std::string& s) { return QString::fromStdString(s); }
 
 } // namespace
 
-DeskWindow::DeskWindow(const QString& database, OleDate today, QWidget* parent)
+DeskWindow::DeskWindow(const QString& database, OleDate today, OpenMode mode, QWidget* parent)
     : QMainWindow(parent), today_(today) {
-    setWindowTitle("Practice Desk");
-    store_.open(database, today);
-    printFolder_ = QFileInfo(database).absolutePath();
+    store_.open(database, today, mode);
+    printFolder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (printFolder_.isEmpty()) printFolder_ = QDir::tempPath();
+    offlineLabel_ = new QLabel(this);
+    offlineLabel_->setObjectName("offlineState");
+    offlineLabel_->setStyleSheet("color: #8b0000; font-weight: bold;");
+    statusBar()->addPermanentWidget(offlineLabel_);
+    showOffline(false);
     buildMenus();
     statusBar()->showMessage("Ready");
     resize(1280, 860);
-    build();
+    // A window half built is taken down whole: the widget goes while the
+    // control it shows still stands.
+    try {
+        build();
+    } catch (...) {
+        tearDown();
+        throw;
+    }
+}
 
-    // While the database is out of reach the control stays disabled; the desk
-    // tries it again every few seconds and reloads once it is back.
-    auto* retry = new QTimer(this);
-    QObject::connect(retry, &QTimer::timeout, this, [this] {
-        if (!s_ || !s_->host.offline() || !s_->host.retry()) return;
-        s_->widget->refresh();
-        statusBar()->showMessage("The database is back; the schedule is loaded again.", 8000);
-    });
-    retry->start(3000);
+void DeskWindow::showOffline(bool offline) {
+    const QString practice = "Practice Desk — " + store_.displayName();
+    offlineLabel_->setText(offline ? kOffline : QString());
+    offlineLabel_->setVisible(offline);
+    setWindowTitle(offline ? practice + " — " + kOffline : practice);
+    if (offline) statusBar()->clearMessage();
+    if (!offline && s_) statusBar()->showMessage("The practice server is back; the schedule is loaded again.", 8000);
 }
 
 DeskWindow::~DeskWindow() {
@@ -106,6 +118,8 @@ void DeskWindow::build() {
     };
     host.session().recorder = recorder_.get();
     host.changedOutside = [this] { s_->widget->refresh(); };
+    host.offlineChanged = [this](bool offline) { showOffline(offline); };
+    host.mayProbe = [] { return !QApplication::activeModalWidget() && !QApplication::activePopupWidget(); };
 
     // A new control takes the size of the one before it; the first, the size
     // the window's layout gives it.
@@ -166,6 +180,10 @@ void DeskWindow::tearDown() {
 
 // A script plays on one control from its start, so a recording ends here.
 void DeskWindow::restart() {
+    if (s_ && s_->host.offline()) {
+        tell("The practice server is away; the desk starts afresh once it is back.");
+        return;
+    }
     stopRecording();
     tearDown();
     build();

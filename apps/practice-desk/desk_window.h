@@ -23,8 +23,10 @@ namespace practice {
 class DeskWindow : public QMainWindow {
 public:
     // Opens the practice at `database` (a SQLite file or a postgresql:// URL);
-    // StoreError when it cannot be opened.
-    DeskWindow(const QString& database, quorvane::OleDate today, QWidget* parent = nullptr);
+    // StoreError when it cannot be opened, holds no practice (unless `mode` asks
+    // for the demo practice) or is damaged.
+    DeskWindow(const QString& database, quorvane::OleDate today, OpenMode mode = OpenMode::Existing,
+               QWidget* parent = nullptr);
     ~DeskWindow() override;
 
     // The control and what surrounds it; a restart makes them anew.
@@ -44,7 +46,8 @@ public:
     void stopRecording();
     bool recording() const { return recorder_ != nullptr; }
 
-    // Where PrintDay writes its PDF, and the last one written.
+    // Where PrintDay writes its PDF (the user's documents folder unless set),
+    // and the last one written.
     void setPrintFolder(const QString& folder) { printFolder_ = folder; }
     struct Printout {
         QString path, resource, resourceName, info;
@@ -90,11 +93,16 @@ private:
     void print(const QString& resource, const QString& info);
     void showPhoto(const QString& imageId);
     void tell(const QString& message);
+    // The title and the status bar say which practice is open, and whether
+    // its server is away.
+    void showOffline(bool offline);
 
     PracticeStore store_{"desk"};
     quorvane::OleDate today_;
     std::unique_ptr<Session> s_;
     QLabel* photo_ = nullptr;
+    QLabel* offlineLabel_ = nullptr;
+    static constexpr const char* kOffline = "Offline: the practice server is unreachable; retrying…";
     QSize controlSize_;
     QString printFolder_;
     Printout lastPrintout_;

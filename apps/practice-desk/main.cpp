@@ -1,16 +1,22 @@
 // practice-desk: a front desk's scheduler on the practice's database.
 //
-//   practice-desk [--database FILE|postgresql://...] [--today M/D/YYYY] [--morning FOLDER]
-//                 [--record SCRIPT] [--transcript FILE]
+//   practice-desk [--database FILE|postgresql://...] [--demo] [--check] [--today M/D/YYYY]
+//                 [--morning FOLDER] [--record SCRIPT] [--transcript FILE]
 //
 // Without a display it runs offscreen, and --morning plays a scripted morning
 // that leaves its screenshots in FOLDER.
+//
+// The desk never makes a practice nobody asked for: only --demo, or the very
+// first start on a machine with no settings at all, sets up the demo practice.
+// Any other database that is missing, empty or damaged is named in one message
+// and the desk exits with status 1.
 
 #include "morning.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
@@ -35,17 +41,45 @@ int main(int argc, char** argv) {
     const QCommandLineOption record("record", "Record the session as a host script to SCRIPT.", "SCRIPT");
     const QCommandLineOption transcript(
         "transcript", "Write the session's transcript, as scheduler-host prints it, to FILE.", "FILE");
-    args.addOptions({database, today, morning, record, transcript});
+    const QCommandLineOption demo(
+        "demo", "Set up the demo practice in the database when it holds no practice yet (a new SQLite file "
+                "is made).");
+    const QCommandLineOption check("check", "Open the practice as the desk would, say which it is, and exit.");
+    args.addOptions({database, demo, check, today, morning, record, transcript});
     args.process(app);
+    const bool offscreen = QApplication::platformName() == "offscreen";
+    auto refuse = [&](const QString& message) {
+        if (!offscreen) QMessageBox::critical(nullptr, "Practice Desk", message);
+        std::fprintf(stderr, "practice-desk: %s\n", qPrintable(message));
+        return 1;
+    };
 
     // The database comes from the command line, else from the desk's settings
-    // ("database" in practice-desk.conf), else a SQLite file of the user's own.
+    // ("database" in practice-desk.conf), else, on a machine with no settings
+    // at all, the demo practice in a SQLite file of the user's own.
     QString location = args.value(database);
-    if (location.isEmpty()) location = QSettings("practice-desk", "practice-desk").value("database").toString();
+    practice::OpenMode mode = args.isSet(demo) ? practice::OpenMode::Demo : practice::OpenMode::Existing;
     if (location.isEmpty()) {
-        const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-        QDir().mkpath(folder);
-        location = QDir(folder).filePath("practice.sqlite");
+        const QSettings settings("practice-desk", "practice-desk");
+        if (QFileInfo::exists(settings.fileName())) {
+            location = settings.value("database").toString().trimmed();
+            if (settings.status() != QSettings::NoError || location.isEmpty())
+                return refuse("The settings file " + settings.fileName() +
+                              " names no practice database. It needs a line database=FILE or "
+                              "database=postgresql://USER@HOST/NAME.");
+        } else {
+            location = QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation))
+                           .filePath("practice.sqlite");
+            if (!QFileInfo::exists(location)) {
+                const QString message = "No practice database is set up on this computer yet, so the desk "
+                                        "sets up the demo practice at " +
+                                        location + ". To use the practice's own database, name it with --database "
+                                        "or in " + settings.fileName() + ".";
+                std::fprintf(stderr, "practice-desk: %s\n", qPrintable(message));
+                if (!offscreen) QMessageBox::information(nullptr, "Practice Desk", message);
+                mode = practice::OpenMode::Demo;
+            }
+        }
     }
     quorvane::OleDate day;
     if (args.isSet(today)) {
@@ -58,7 +92,11 @@ int main(int argc, char** argv) {
     }
 
     try {
-        practice::DeskWindow desk(location, quorvane::datePart(day));
+        practice::DeskWindow desk(location, quorvane::datePart(day), mode);
+        if (args.isSet(check)) {
+            std::printf("%s: %d appointments\n", qPrintable(desk.windowTitle()), desk.store().appointmentCount());
+            return 0;
+        }
         if ((args.isSet(record) || args.isSet(transcript)) &&
             !desk.startRecording(args.value(record), args.value(transcript))) {
             std::fprintf(stderr, "practice-desk: the recording cannot be written\n");
@@ -73,10 +111,7 @@ int main(int argc, char** argv) {
         }
         desk.show();
         return QApplication::exec();
-    } catch (const practice::StoreError& e) {
-        if (QApplication::platformName() != "offscreen")
-            QMessageBox::critical(nullptr, "Practice Desk", e.what());
-        std::fprintf(stderr, "practice-desk: %s\n", e.what());
-        return 1;
+    } catch (const std::exception& e) {
+        return refuse(QString::fromStdString(e.what()));
     }
 }

@@ -3,7 +3,7 @@
 # the recorded script to the transcript the desk wrote live.
 file(REMOVE_RECURSE ${OUT})
 set(ENV{QT_QPA_PLATFORM} offscreen)
-execute_process(COMMAND ${DESK} --database ${OUT}/practice.sqlite --today 11/23/2026 --morning ${OUT}
+execute_process(COMMAND ${DESK} --database ${OUT}/practice.sqlite --demo --today 11/23/2026 --morning ${OUT}
                         --record ${OUT}/morning.host --transcript ${OUT}/morning.live
   OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status TIMEOUT 120)
 if(NOT status EQUAL 0)

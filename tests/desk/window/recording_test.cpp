@@ -103,7 +103,7 @@ TEST(Recording, EverySessionReplaysToItsOwnTranscript) {
         const QString database = dir.filePath("practice.sqlite");
         std::string script, live;
         {
-            DeskWindow desk(database, kToday);
+            DeskWindow desk(database, kToday, OpenMode::Demo);
             desk.setUnattended(true);
             desk.show();
             DeskUser user(desk);

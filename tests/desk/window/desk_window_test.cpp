@@ -1,0 +1,89 @@
+// The desk's window as a person sees it: which practice is open, the server
+// going away and coming back, and where the day's printout went.
+
+#include "../pg_server.h"
+#include "desk_window.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QStandardPaths>
+#include <QStatusBar>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace quorvane;
+
+namespace practice {
+namespace {
+
+const OleDate kToday = makeDate(2026, 11, 23);
+
+bool within(const std::function<bool()>& done, int ms) {
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < ms)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
+}
+
+void screenshot(QWidget& w, const char* name) {
+    const QString folder = qEnvironmentVariable("QUORVANE_SCREENSHOTS");
+    if (folder.isEmpty()) return;
+    QDir().mkpath(folder);
+    w.grab().save(QDir(folder).filePath(name));
+}
+
+// An idle window learns within seconds that its server went away, says so in
+// its title and status bar with the grid as it was, and comes back by itself.
+TEST(DeskWindowOnAServer, AnIdleWindowShowsItsServerAwayAndBack) {
+    test::Server server;
+    if (!server.available()) GTEST_SKIP() << "no PostgreSQL server programs on this machine";
+    ASSERT_TRUE(server.start());
+    DeskWindow desk(server.location(), kToday, OpenMode::Demo);
+    desk.setUnattended(true);
+    desk.show();
+    const QString title = desk.windowTitle();
+    EXPECT_TRUE(title.startsWith("Practice Desk — practice on ")) << title.toStdString();
+    const int shown = desk.control().GetDayView("1")->appointmentSet().Count();
+    auto* offline = desk.findChild<QLabel*>("offlineState");
+    ASSERT_TRUE(offline);
+
+    server.stop("immediate");
+    EXPECT_TRUE(within([&] { return offline->isVisible(); }, 5000));
+    EXPECT_EQ(offline->text(), "Offline: the practice server is unreachable; retrying…");
+    EXPECT_TRUE(desk.windowTitle().endsWith("Offline: the practice server is unreachable; retrying…"));
+    EXPECT_FALSE(desk.control().UserControlEnabled());
+    EXPECT_EQ(desk.control().GetDayView("1")->appointmentSet().Count(), shown) << "the grid is kept";
+    screenshot(desk, "desk-offline.png");
+
+    ASSERT_TRUE(server.start());
+    EXPECT_TRUE(within([&] { return !offline->isVisible(); }, 10000));
+    EXPECT_EQ(desk.windowTitle(), title);
+    EXPECT_TRUE(desk.control().UserControlEnabled());
+    EXPECT_EQ(desk.control().GetDayView("1")->appointmentSet().Count(), shown);
+}
+
+// The printout goes to the user's documents, and the status bar says where.
+TEST(DeskWindowOnAFile, TheTitleNamesThePracticeAndThePrintoutGoesToDocuments) {
+    QTemporaryDir home;
+    const QByteArray oldHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toUtf8());
+    {
+        const QString database = home.filePath("office/practice.sqlite");
+        DeskWindow desk(database, kToday, OpenMode::Demo);
+        desk.setUnattended(true);
+        EXPECT_EQ(desk.windowTitle(), "Practice Desk — " + database);
+        desk.host().PrintDay("501", "20261123~15~08~17");
+        const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        EXPECT_EQ(desk.lastPrintout().path, documents + "/schedule-501-20261123.pdf");
+        EXPECT_TRUE(QFile::exists(desk.lastPrintout().path));
+        EXPECT_TRUE(desk.statusBar()->currentMessage().contains(desk.lastPrintout().path));
+        EXPECT_FALSE(QFile::exists(home.filePath("office/schedule-501-20261123.pdf")));
+    }
+    qputenv("HOME", oldHome);
+}
+
+} // namespace
+} // namespace practice
