@@ -3,6 +3,8 @@
 #include <QuorvaneScheduler/errors.h>
 
 #include <QDate>
+#include <QLocale>
+#include <QTime>
 #include <QTimer>
 
 #include <algorithm>
@@ -28,7 +30,8 @@ Variant columnText(int column) { return Variant(std::to_string(column)); }
 
 } // namespace
 
-DeskHost::DeskHost(ctlScheduler& control, PracticeStore& store) : session_(control), store_(store) {
+DeskHost::DeskHost(ctlScheduler& control, PracticeStore& store)
+    : session_(control), store_(store), context_(std::make_unique<QObject>()) {
     control.setEventSink(this);
 }
 
@@ -46,6 +49,8 @@ void DeskHost::start(int widthPixels, int heightPixels) {
     for (const auto& [name, colour] : kStatusColours)
         session_.set(name, Variant(colour));
     session_.set("ImagingEnabled", Variant("Y"));
+    // A booking starts from an empty pane: one visit's notes never carry into the next.
+    session_.set("ClearCommentsEnabled", Variant("Y"));
     session_.set("TaskingEnabled", Variant("true"));
     session_.call("ResizeControl", {Variant(static_cast<std::int16_t>(heightPixels)),
                                     Variant(static_cast<std::int16_t>(widthPixels))});
@@ -76,6 +81,14 @@ void DeskHost::start(int widthPixels, int heightPixels) {
 }
 
 void DeskHost::probe() {
+    try {
+        probeOnce();
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "practice-desk: %s\n", e.what());
+    }
+}
+
+void DeskHost::probeOnce() {
     if (mayProbe && !mayProbe()) return;
     if (offline_) {
         if (retry() && changedOutside) changedOutside();
@@ -122,8 +135,9 @@ bool DeskHost::stored(const std::function<void()>& change, const std::function<v
     } catch (const StoreError& e) {
         say(QString::fromStdString(e.what()));
     }
-    // Offline, the columns load what the store last gave them.
-    if (reload) reload();
+    // Offline, the columns load what the store last gave them. Inside an event
+    // the control has not finished the user's gesture: the reload waits for it.
+    if (reload) reloadLater(reload);
     return false;
 }
 
@@ -253,66 +267,102 @@ void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant&
     session_.call("DisplayTopIndex", {Variant(addMinutes(datePart(day), 8 * 60)), number});
 }
 
+// Runs the desk's answer to an event of the busy phase. However the answer
+// ends, the phase ends with it (unless the server is away, when the control
+// stays disabled until it is back), and a failure is told, never thrown back
+// into the control.
+void DeskHost::inBusyPhase(const std::function<void()>& answer) {
+    struct End {
+        DeskHost* host;
+        ~End() {
+            try {
+                host->endBusy();
+            } catch (...) {
+            }
+        }
+    } end{this};
+    try {
+        answer();
+    } catch (const ConnectionLost& e) {
+        lostConnection(e);
+    } catch (const std::exception& e) {
+        say(QString::fromStdString(e.what()));
+    }
+}
+
+void DeskHost::reloadLater(std::function<void()> reload) {
+    QMetaObject::invokeMethod(context_.get(), [this, reload = std::move(reload)] {
+        try {
+            reload();
+        } catch (const std::exception& e) {
+            say(QString::fromStdString(e.what()));
+        }
+        if (changedOutside) changedOutside();
+    }, Qt::QueuedConnection);
+}
+
 // A booking stands on the grid with an empty tag: store it, name it, paint it.
 void DeskHost::AddApptWithPatient(Str column, Str resource) {
-    StoredAppointment a;
-    a.resource = qs(resource);
-    a.start = parseDate(session_.text("AppStartDateTime"));
-    a.end = parseDate(session_.text("AppEndDateTime"));
-    a.description = qs(session_.text("AppDescription"));
-    a.patientId = qs(session_.text("AppPatEID"));
-    a.status = "Scheduled";
-    a.typeId = qs(session_.text("AppointmentTypeID"));
-    a.comments = qs(session_.text("AppComments"));
-    a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
-    a.priorAuth = qs(session_.text("AppPriorAuthNum"));
-    a.refProvider = qs(session_.text("AppRefProvider"));
-    a.refProviderId = qs(session_.text("AppRefProviderEID"));
-    const std::string key = session_.text("AppKey");
-    qint64 id = 0;
-    if (stored(
-            [&] {
-                id = store_.addAppointment(a);
-                confirmed(id, &store_.written());
-            },
-               [&] {
-                   session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))});
-               })) {
-        session_.call("SetAppId",
-                      {Variant(column), Variant(std::to_string(id)), Variant(key), str(a.patientId)});
-        const AppointmentRef booked = session_.control().GetDayView(column)->appointmentSet().Item(
-            static_cast<std::int32_t>(std::stol(key)));
+    inBusyPhase([&] {
+        StoredAppointment a;
+        a.resource = qs(resource);
+        a.start = parseDate(session_.text("AppStartDateTime"));
+        a.end = parseDate(session_.text("AppEndDateTime"));
+        a.description = qs(session_.text("AppDescription"));
+        a.patientId = qs(session_.text("AppPatEID"));
+        a.status = "Scheduled";
+        a.typeId = qs(session_.text("AppointmentTypeID"));
+        a.comments = qs(session_.text("AppComments"));
+        a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
+        a.priorAuth = qs(session_.text("AppPriorAuthNum"));
+        a.refProvider = qs(session_.text("AppRefProvider"));
+        a.refProviderId = qs(session_.text("AppRefProviderEID"));
+        const std::string key = session_.text("AppKey");
+        const auto number = static_cast<std::int16_t>(std::stoi(column));
+        qint64 id = 0;
+        if (!stored(
+                [&] {
+                    id = store_.addAppointment(a);
+                    confirmed(id, &store_.written());
+                },
+                [this, number] { session_.call("RefreshSchedule", {Variant(number)}); }))
+            return;
+        session_.call("SetAppId", {Variant(column), Variant(std::to_string(id)), Variant(key), str(a.patientId)});
+        const AppointmentRef booked =
+            session_.control().GetDayView(column)->appointmentSet().Item(static_cast<std::int32_t>(std::stol(key)));
         if (booked) session_.call("SetStatus", {Variant(ObjectRef(booked)), Variant("Scheduled")});
-    }
-    endBusy();
+    });
 }
 
 void DeskHost::UpdateAppStatus(Str, Variant& status) {
-    const qint64 id = currentAppointmentId();
-    const QString wanted = qs(status.toString());
-    if (stored(
-            [&] {
-                store_.setStatus(id, versionOf(id), wanted);
-                confirmed(id, &store_.written());
-            },
-               [&] { reloadColumns(); }))
-        session_.call("UpdateCurrentAppStatus", {str(wanted)});
-    endBusy();
+    inBusyPhase([&] {
+        const qint64 id = currentAppointmentId();
+        const QString wanted = qs(status.toString());
+        if (stored(
+                [&] {
+                    store_.setStatus(id, versionOf(id), wanted);
+                    confirmed(id, &store_.written());
+                },
+                [this] { reloadColumns(); }))
+            session_.call("UpdateCurrentAppStatus", {str(wanted)});
+    });
 }
 
 // A drag or a resize: the pane holds the appointment's new times. A refused
-// change is put back by loading the columns from the store again.
+// change is put back by loading the columns from the store again, once the
+// control has finished the gesture.
 void DeskHost::storeTimes(const std::string& resource) {
-    const qint64 id = currentAppointmentId();
-    const OleDate start = parseDate(session_.text("AppStartDateTime"));
-    const OleDate end = parseDate(session_.text("AppEndDateTime"));
-    stored(
-        [&] {
-            store_.moveAppointment(id, versionOf(id), qs(resource), start, end);
-            confirmed(id, &store_.written());
-        },
-           [&] { reloadColumns(); });
-    endBusy();
+    inBusyPhase([&] {
+        const qint64 id = currentAppointmentId();
+        const OleDate start = parseDate(session_.text("AppStartDateTime"));
+        const OleDate end = parseDate(session_.text("AppEndDateTime"));
+        stored(
+            [&] {
+                store_.moveAppointment(id, versionOf(id), qs(resource), start, end);
+                confirmed(id, &store_.written());
+            },
+            [this] { reloadColumns(); });
+    });
 }
 
 void DeskHost::ResourceAfterDrag(Str resource, Str) { storeTimes(resource); }
@@ -321,37 +371,66 @@ void DeskHost::ResourceAfterResize(Str resource, Str) { storeTimes(resource); }
 // Asked before the appointment leaves the grid; a refusal reloads the column,
 // which puts it back from the store.
 void DeskHost::ResourceBeforeRemove(Str, Str column) {
-    const qint64 id = currentAppointmentId();
-    stored(
-        [&] {
-            store_.removeAppointment(id, versionOf(id));
-            confirmed(id, nullptr);
-        },
-        [&] { session_.call("RefreshSchedule", {Variant(static_cast<std::int16_t>(std::stoi(column)))}); });
-    endBusy();
+    inBusyPhase([&] {
+        const qint64 id = currentAppointmentId();
+        const auto number = static_cast<std::int16_t>(std::stoi(column));
+        stored(
+            [&] {
+                store_.removeAppointment(id, versionOf(id));
+                confirmed(id, nullptr);
+            },
+            [this, number] { session_.call("RefreshSchedule", {Variant(number)}); });
+    });
+}
+
+// The appointment the pane was just set to, when the store knows it. One the
+// control holds with no tag (typed on a slot by a host that allows it) was
+// never stored: the pane's id still names the appointment before it.
+bool DeskHost::currentIsStored() {
+    const std::string focus = session_.control().widgets().txtResourceFocus.text;
+    bool keyed = false;
+    const std::int32_t key = qs(session_.text("AppKey")).toInt(&keyed);
+    if (!keyed || focus.empty()) return false;
+    const AppointmentRef current = session_.control().GetDayView(focus)->appointmentSet().Item(key);
+    return current && !current->Tag.empty();
 }
 
 void DeskHost::SaveAdditionalAppInfo(Str) {
-    StoredAppointment a;
-    a.id = currentAppointmentId();
-    a.comments = qs(session_.text("AppComments"));
-    a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
-    a.priorAuth = qs(session_.text("AppPriorAuthNum"));
-    a.refProvider = qs(session_.text("AppRefProvider"));
-    a.refProviderId = qs(session_.text("AppRefProviderEID"));
-    stored(
-        [&] {
-            a.version = versionOf(a.id);
-            store_.saveDetails(a);
-            confirmed(a.id, &store_.written());
-        },
-        [&] { reloadColumns(); });
-    endBusy();
+    inBusyPhase([&] {
+        if (!currentIsStored()) {
+            say("This appointment is not stored, so its notes cannot be saved. Book the patient from the "
+                "slot's menu.");
+            return;
+        }
+        StoredAppointment a;
+        a.id = currentAppointmentId();
+        a.comments = qs(session_.text("AppComments"));
+        a.chiefComplaint = qs(session_.text("AppChiefComplaint"));
+        a.priorAuth = qs(session_.text("AppPriorAuthNum"));
+        a.refProvider = qs(session_.text("AppRefProvider"));
+        a.refProviderId = qs(session_.text("AppRefProviderEID"));
+        if (stored(
+                [&] {
+                    a.version = versionOf(a.id);
+                    store_.saveDetails(a);
+                    confirmed(a.id, &store_.written());
+                },
+                [this] { reloadColumns(); })) {
+            const StoredAppointment& saved = store_.written();
+            const DateParts p = splitDate(saved.start);
+            mention("Saved the notes of " + saved.description + ", " +
+                    QLocale(QLocale::English).toString(QTime(p.hour, p.minute), "h:mm AP"));
+        }
+    });
 }
 
 // The pane and the panel for the appointment the user loaded.
 void DeskHost::AppointmentSelected(Str) {
-    try {
+    inBusyPhase([&] {
+        if (!currentIsStored()) {
+            say("This appointment is not stored, so there is nothing to load for it.");
+            return;
+        }
         const StoredAppointment a = store_.appointment(currentAppointmentId());
         session_.set("AppPatEID", str(a.patientId));
         session_.set("AppComments", str(a.comments));
@@ -360,10 +439,22 @@ void DeskHost::AppointmentSelected(Str) {
         session_.set("AppRefProvider", str(a.refProvider));
         session_.set("AppRefProviderEID", str(a.refProviderId));
         loadPatient(a.patientId);
-    } catch (const StoreError& e) {
-        say(QString::fromStdString(e.what()));
-    }
-    endBusy();
+    });
+}
+
+// What the appointment's tool tip adds: its notes, as the store last gave them.
+QString DeskHost::notesOf(const Appointment& app) const {
+    if (app.Tag.empty()) return {};
+    const qint64 id = qs(tagField(app.Tag, 0)).toLongLong();
+    for (const auto& [key, day] : loaded_)
+        for (const StoredAppointment& a : day.appointments) {
+            if (a.id != id) continue;
+            QStringList notes;
+            if (!a.chiefComplaint.isEmpty()) notes << "Chief complaint: " + a.chiefComplaint;
+            if (!a.comments.isEmpty()) notes << "Comments: " + a.comments;
+            return notes.join('\n');
+        }
+    return {};
 }
 
 void DeskHost::loadPatient(const QString& id) {

@@ -20,6 +20,7 @@
 #include <memory>
 #include <vector>
 
+class QObject;
 class QTimer;
 
 namespace practice {
@@ -100,6 +101,8 @@ public:
     // their top and selection, and lets the user on.
     bool retry();
     bool offline() const { return offline_; }
+    // The notes of an appointment on the grid, for its tool tip.
+    QString notesOf(const quorvane::Appointment& app) const;
     // What the desk's timer does every two seconds on a server's database: an
     // online desk asks the server a light question, so even an idle desk learns
     // within seconds that it went away; an offline one retries.
@@ -116,6 +119,12 @@ private:
         QString types;
     };
     void goOffline();
+    void probeOnce();
+    void inBusyPhase(const std::function<void()>& answer);
+    // Runs a reload once the event loop is back, when the gesture that asked
+    // for it has finished.
+    void reloadLater(std::function<void()> reload);
+    bool currentIsStored();
     void lostConnection(const ConnectionLost& e);
     // Loads one column again from the store, keeping the top of its grid and the
     // appointment selected there.
@@ -149,6 +158,7 @@ private:
     std::array<bool, quorvane::kColumns + 1> sized_{};
     std::map<QString, ColumnDay> loaded_;
     std::unique_ptr<QTimer> probe_;
+    std::unique_ptr<QObject> context_; // what a queued reload runs on
     // Changes of other desks that came while the control was busy.
     std::vector<std::pair<QString, quorvane::OleDate>> pending_;
 };

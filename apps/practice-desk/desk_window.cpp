@@ -68,15 +68,17 @@ DeskWindow::~DeskWindow() {
 
 void DeskWindow::buildMenus() {
     QMenu* session = menuBar()->addMenu("&Session");
-    session->addAction("&Start Afresh", this, [this] { restart(); });
+    session->addAction("&Start Afresh", this, [this] { guarded([this] { restart(); }); });
     recordAction_ = session->addAction("&Record to a Script...", this, [this] {
-        if (recording()) {
-            stopRecording();
-            return;
-        }
-        const QString file = QFileDialog::getSaveFileName(this, "Record the Session", "session.host",
-                                                          "Host scripts (*.host)");
-        if (!file.isEmpty() && !startRecording(file)) tell("The recording cannot be written to " + file + ".");
+        guarded([this] {
+            if (recording()) {
+                stopRecording();
+                return;
+            }
+            const QString file = QFileDialog::getSaveFileName(this, "Record the Session", "session.host",
+                                                              "Host scripts (*.host)");
+            if (!file.isEmpty() && !startRecording(file)) tell("The recording cannot be written to " + file + ".");
+        });
     });
 }
 
@@ -90,6 +92,10 @@ void DeskWindow::build() {
     s.widget->setMessageTitle("Practice Desk");
     // The desk sizes the control itself, as a call a recording hears.
     s.widget->setResizesControl(false);
+    // A booking goes through the slot's menu, with the panel's patient; text
+    // typed on a slot would be an appointment of nobody that nothing stores.
+    s.widget->setSlotEditorEnabled(false);
+    s.widget->setToolTipNotes([&host = s.host](const Appointment& app) { return host.notesOf(app); });
     s.widget->installEventFilter(this);
     s.tee.sinks = {&s.host, s.control.eventSink()};
     s.control.setEventSink(&s.tee);
@@ -221,6 +227,16 @@ void DeskWindow::stopRecording() {
     statusBar()->showMessage("Recording stopped", 8000);
 }
 
+// What the desk does for a menu of its own or a dialog: a failure is told, and
+// the window goes on.
+void DeskWindow::guarded(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& e) {
+        tell(QString::fromStdString(e.what()));
+    }
+}
+
 bool DeskWindow::eventFilter(QObject* watched, QEvent* event) {
     if (s_ && watched == s_->widget && event->type() == QEvent::Resize && s_->widget->size() != controlSize_) {
         controlSize_ = s_->widget->size();
@@ -263,9 +279,13 @@ QString DeskWindow::searchPatient() {
     layout->addWidget(buttons);
     auto fill = [&](const QString& t) {
         list->clear();
-        for (const Patient& p : store_.findPatients(t)) {
-            auto* item = new QListWidgetItem(p.name + "  (" + p.chartNumber + ")", list);
-            item->setData(Qt::UserRole, p.id);
+        try {
+            for (const Patient& p : store_.findPatients(t)) {
+                auto* item = new QListWidgetItem(p.name + "  (" + p.chartNumber + ")", list);
+                item->setData(Qt::UserRole, p.id);
+            }
+        } catch (const std::exception& e) {
+            statusBar()->showMessage(QString::fromStdString(e.what()), 15000);
         }
         list->setCurrentRow(0);
     };

@@ -14,6 +14,7 @@
 #include <QPointer>
 
 #include <fstream>
+#include <functional>
 #include <memory>
 
 class QAction;
@@ -93,6 +94,7 @@ private:
     void print(const QString& resource, const QString& info);
     void showPhoto(const QString& imageId);
     void tell(const QString& message);
+    void guarded(const std::function<void()>& work);
     // The title and the status bar say which practice is open, and whether
     // its server is away.
     void showOffline(bool offline);

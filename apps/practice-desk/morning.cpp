@@ -109,7 +109,7 @@ public:
 
         // Dr. Ortiz's first patient is moved to Dr. Park's afternoon.
         const std::int32_t key = desk_.control().GetDayView("1")->appointmentSet().FirstAppointment()->Key();
-        drag(0, key, 1, makeTime(12, 45, 0), [this] { shot("drag.png"); });
+        drag(0, key, 1, makeTime(11, 0, 0), [this] { shot("drag.png"); });
 
         // The patient in Dr. Park's column checks in.
         const AppointmentRef moved = desk_.control().GetDayView("2")->appointmentSet().items().back();

@@ -9,13 +9,7 @@ namespace {
 
 const std::string kNoText;
 
-// Handlers run from a copy: a handler that assigns a new handler to its own
-// widget would otherwise destroy the function object that is running.
-void run(const std::function<void()>& handler) {
-    if (!handler) return;
-    const std::function<void()> copy = handler;
-    copy();
-}
+void run(const std::function<void()>& handler) { callHook(handler); }
 
 } // namespace
 

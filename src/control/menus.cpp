@@ -64,6 +64,8 @@ const MenuRow kAppointmentMenu[] = {
 
 void build(W& w, PopupMenu& menu, const char* name, const auto& rows) {
     menu.name = name;
+    menu.caption = "Scheduler";
+    menu.visible = false;
     for (const MenuRow& row : rows) {
         MenuItem& item = w.*row.item;
         item.name = row.name;

@@ -41,12 +41,6 @@ protected:
     }
 };
 
-QString appointmentTip(const Appointment& app) {
-    return QString::fromStdString(app.Text) + QLatin1Char('\n') +
-           QString::fromStdString(shortTimeText(app.StartDateTime)) + QStringLiteral(" - ") +
-           QString::fromStdString(shortTimeText(app.EndDateTime));
-}
-
 } // namespace
 
 DayViewWidget::DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent)
@@ -139,15 +133,33 @@ void DayViewWidget::mouseMoveEvent(QMouseEvent* event) {
     if (mode_ == Mode::Dragging) dragTo(event->position());
     if (mode_ == Mode::Resizing) {
         const AppointmentRef app = view_->appointmentSet().Item(key_);
-        const auto end = app ? view_->resizeEndAt(key_, toView(event->position()).y()) : std::nullopt;
-        if (!end) return;
+        std::optional<OleDate> end;
+        try {
+            if (app) end = view_->resizeEndAt(key_, toView(event->position()).y());
+        } catch (const RuntimeError&) {
+        }
+        if (!end) {
+            setPreview(std::nullopt);
+            return;
+        }
         resizeEnd_ = *end;
         setPreview(DayViewDecor::Preview{app->StartDateTime, *end, QString::fromStdString(app->Text),
                                          qColorOf(app->BackColor)});
     }
 }
 
+// A drop the view cannot place (a day past the last date there is, say) shows
+// no preview rather than failing.
 void DayViewWidget::dragTo(const QPointF& pos) {
+    try {
+        previewDrop(pos);
+    } catch (const RuntimeError&) {
+        if (dropTarget_) dropTarget_->setPreview(std::nullopt);
+        dropStart_.reset();
+    }
+}
+
+void DayViewWidget::previewDrop(const QPointF& pos) {
     const AppointmentRef app = view_->appointmentSet().Item(key_);
     const QPoint global = mapToGlobal(pos.toPoint());
     DayViewWidget* target = app ? owner_.dayViewAt(global) : nullptr;
@@ -227,7 +239,11 @@ void DayViewWidget::keyPressEvent(QKeyEvent* event) {
     }
     const QString typed = event->text();
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (plain && !typed.isEmpty() && typed.at(0).isPrint()) {
+    // A column that shows no resource has nothing to type into: what the view
+    // added there could never reach the host.
+    const bool showsResource =
+        view_->ViewMode != 0 && !view_->weekDay && !owner_.control().ResourceValue(view_->Index()).empty();
+    if (plain && !typed.isEmpty() && typed.at(0).isPrint() && owner_.slotEditorEnabled() && showsResource) {
         const std::optional<OleDate> slot = view_->selectedSlot();
         if (slot && view_->pointOfTime(*slot)) {
             openEditor(typed, *slot);
@@ -265,12 +281,21 @@ void DayViewWidget::commitEditor() {
     owner_.runGesture([&] { view_->userType(slot, text); });
 }
 
+// Every call Qt makes into the view (paint, mouse, keys, wheel, tool tips)
+// comes through here: a failure is reported as the control's untrapped errors
+// are, and the window goes on; nothing is thrown into Qt's event loop.
 bool DayViewWidget::event(QEvent* event) {
+    bool handled = true;
+    owner_.guard([&] { handled = handleEvent(event); });
+    return handled;
+}
+
+bool DayViewWidget::handleEvent(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
         const QPoint v = toView(help->pos());
         if (const AppointmentRef app = view_->appointmentSet().HitTest(v.x(), v.y()))
-            QToolTip::showText(help->globalPos(), appointmentTip(*app), this);
+            QToolTip::showText(help->globalPos(), owner_.appointmentToolTip(app), this);
         else
             QToolTip::hideText();
         return true;

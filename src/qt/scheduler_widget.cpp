@@ -193,10 +193,27 @@ DayViewWidget* SchedulerWidget::dayViewAt(const QPoint& globalPos) const {
     return nullptr;
 }
 
-void SchedulerWidget::runGesture(const std::function<void()>& gesture) {
-    ++gestureDepth_;
+QString SchedulerWidget::appointmentToolTip(const AppointmentRef& app) {
+    const QLocale english(QLocale::English);
+    auto clock = [&](OleDate t) {
+        const DateParts p = splitDate(t);
+        return english.toString(QTime(p.hour, p.minute), QStringLiteral("h:mm AP"));
+    };
+    QString tip = QString::fromStdString(app->Text) + QLatin1Char('\n') + clock(app->StartDateTime) +
+                  QStringLiteral(" to ") + clock(app->EndDateTime);
+    // A colour that is none of the six statuses reads as no status.
+    const std::string status = control_->GetStatus(app);
+    if (!status.empty()) tip += QStringLiteral(", ") + QString::fromStdString(status);
+    if (toolTipNotes_) {
+        const QString notes = toolTipNotes_(*app);
+        if (!notes.isEmpty()) tip += QLatin1Char('\n') + notes;
+    }
+    return tip;
+}
+
+void SchedulerWidget::guard(const std::function<void()>& work) {
     try {
-        gesture();
+        work();
     } catch (const RuntimeError& e) {
         platform().container.untrappedError(e);
     } catch (const std::exception& e) {
@@ -204,6 +221,11 @@ void SchedulerWidget::runGesture(const std::function<void()>& gesture) {
     } catch (...) {
         Q_EMIT untrappedError(QStringLiteral("unknown error"));
     }
+}
+
+void SchedulerWidget::runGesture(const std::function<void()>& gesture) {
+    ++gestureDepth_;
+    guard(gesture);
     if (--gestureDepth_ > 0) return;
     refresh();
     showPendingMenu();
@@ -348,6 +370,12 @@ void SchedulerWidget::resizeEvent(QResizeEvent* event) {
     if (!resizesControl_) return;
     const auto clamp16 = [](int v) { return static_cast<std::int16_t>(std::clamp(v, 0, 32767)); };
     runGesture([&] { control_->ResizeControl(clamp16(height()), clamp16(width())); });
+}
+
+bool SchedulerWidget::event(QEvent* event) {
+    bool handled = true;
+    guard([&] { handled = QWidget::event(event); });
+    return handled;
 }
 
 void SchedulerWidget::showEvent(QShowEvent* event) {

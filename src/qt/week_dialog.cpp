@@ -36,7 +36,11 @@ protected:
     }
     void paintEvent(QPaintEvent*) override {
         QPainter p(this);
-        paintDayView(p, day_, {});
+        // A day that cannot be drawn stays blank rather than ending the window.
+        try {
+            paintDayView(p, day_, {});
+        } catch (const std::exception&) {
+        }
     }
 
 private:

@@ -41,6 +41,31 @@ TEST(PickList, SelectionFailuresAndClickCounts) {
     EXPECT_EQ(seen + list.text() + list.list(0), "ranfresh");
 }
 
+// A one-shot handler clears its own hook and goes on using what it captured;
+// each site runs it from a copy (the sanitizer build sees any that does not).
+TEST(Hooks, AOneShotHandlerMayClearItselfAtEverySite) {
+    std::string seen;
+    auto once = [&seen](auto& hook) {
+        return [&hook, &seen, word = std::string(64, 'x')](auto&&...) {
+            hook = nullptr;
+            seen += word.substr(0, 1);
+        };
+    };
+    Button button;
+    button.onClick = once(button.onClick);
+    button.click();
+    PopupMenu menu;
+    menu.onPopup = once(menu.onPopup);
+    menu.popup();
+    Container container;
+    container.onPropertyChanged = once(container.onPropertyChanged);
+    container.propertyChanged("Tag");
+    container.onUntrappedError = once(container.onUntrappedError);
+    container.untrappedError(Overflow("x"));
+    EXPECT_EQ(seen, "xxxx");
+    EXPECT_FALSE(button.onClick || menu.onPopup || container.onPropertyChanged || container.onUntrappedError);
+}
+
 // Typing stops at the field's length in characters, never inside one.
 TEST(TextField, TypingKeepsToLengthInCharacters) {
     TextField f;

@@ -4,6 +4,7 @@
 
 #include "desk_host.h"
 
+#include <QCoreApplication>
 #include <QtSql/QSqlQuery>
 
 #include <gtest/gtest.h>
@@ -35,11 +36,14 @@ struct Desk {
         if (!view.pointOfTime(time)) view.setTopIndex(quorvane::addMinutes(view.CurrentDate(), hour * 60));
         view.userClickAt(time);
         control.ScheduleApp();
+        settle();
         const quorvane::AppointmentRef booked = set(column).GetSelectedAppointment();
         return booked && !booked->Tag.empty() && booked->StartDateTime == quorvane::addMinutes(view.CurrentDate(), hour * 60 + minute)
                    ? std::stoll(quorvane::tagField(booked->Tag, 0))
                    : 0;
     }
+    // Lets the desk finish what it put off until the gesture had ended.
+    static void settle() { QCoreApplication::processEvents(); }
     quorvane::AppointmentSet& set(int column) {
         return control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->appointmentSet();
     }

@@ -103,6 +103,7 @@ TEST_F(DeskStore, ChangesOnTheGridAreStoredOrTakenBack) {
     const AppointmentRef shown = desk.set(2).items().back();
     second.userClickOn(shown->Key(), true);
     desk.control.widgets().mnoCheckIn.onClick();
+    desk.settle();
     ASSERT_EQ(desk.told.size(), 1u);
     EXPECT_NE(desk.told[0].find("no longer in the schedule"), std::string::npos);
     for (const AppointmentRef& a : desk.set(2).items())
@@ -164,6 +165,7 @@ TEST_F(DeskStore, DoubleBookingsAreRefusedUnlessThePracticeAllowsThem) {
     PVDayView& first = *desk.control.widgets().dvwResource[0];
     const AppointmentRef moved = desk.set(1).FirstAppointment();
     ASSERT_TRUE(first.userDrag(moved->Key(), first, makeTime(9, 30, 0)));
+    desk.settle();
     ASSERT_EQ(desk.told.size(), 2u);
     EXPECT_NE(desk.told[1].find("so the move was not stored"), std::string::npos) << desk.told[1];
     EXPECT_EQ(desk.set(1).FirstAppointment()->StartDateTime, makeDateTime(2026, 11, 23, 8, 0, 0));

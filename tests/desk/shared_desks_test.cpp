@@ -72,6 +72,7 @@ TEST_F(SharedDesks, TheSecondMoveOfOneAppointmentIsRefused) {
     // Both desks show the first appointment; the front desk moves it first.
     ASSERT_TRUE(frontView.userDrag(front.set(1).FirstAppointment()->Key(), frontView, makeTime(11, 0, 0)));
     ASSERT_TRUE(backView.userDrag(back.set(1).FirstAppointment()->Key(), backView, makeTime(11, 30, 0)));
+    back.settle();
     ASSERT_EQ(back.told.size(), 1u);
     EXPECT_NE(back.told[0].find("Another desk changed this appointment first"), std::string::npos);
     const std::string& moved = front.set(1).items().back()->Text;

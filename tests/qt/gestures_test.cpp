@@ -234,6 +234,38 @@ TEST_F(WindowTest, TypingOnASelectedSlotBooksItsText) {
                                                   "user type dvwResource(0) at #3:00:00 PM# \"Walk-in\"\n"));
 }
 
+// A host that books only through its own path turns the slot editor off; a
+// column that shows no resource never offers it.
+TEST_F(WindowTest, TheSlotEditorIsTheHostsToOfferAndNeverOnAnEmptyColumn) {
+    window->setSlotEditorEnabled(false);
+    QTest::mouseClick(&day(0), Qt::LeftButton, {}, at(0, 15, 0));
+    QTest::keyClicks(&day(0), "Walk-in");
+    EXPECT_FALSE(day(0).slotEditor());
+    window->setSlotEditorEnabled(true);
+    window->control().setResourceListIndex(1, "-1");
+    window->refresh();
+    ASSERT_EQ(window->control().ResourceValue(1), "");
+    QTest::mouseClick(&day(1), Qt::LeftButton, {}, at(1, 15, 0));
+    QTest::keyClicks(&day(1), "Walk-in");
+    EXPECT_FALSE(day(1).slotEditor());
+    EXPECT_EQ(model(1).appointmentSet().Count(), 0);
+}
+
+// An appointment ending at the last minute there is: a drag over it shows no
+// preview where the arithmetic would pass the end of time, and fails nothing.
+TEST_F(WindowTest, ADragAtTheEndOfTimeShowsNoPreviewAndFailsNothing) {
+    QSignalSpy errors(window.get(), &SchedulerWidget::untrappedError);
+    window->control().setResourceDate(0, Variant(makeDate(9999, 12, 31)));
+    window->control().AddAppointment("1", "Last", makeDateTime(9999, 12, 31, 9, 0, 0),
+                                     makeDateTime(9999, 12, 31, 23, 59, 0), "1", "Scheduled", "", "5501");
+    window->refresh();
+    const AppointmentRef last = model(0).appointmentSet().FirstAppointment();
+    ASSERT_TRUE(last);
+    drag(day(0), on(0, last->Key()), on(0, last->Key()) + QPoint(0, 120));
+    EXPECT_TRUE(window->isEnabled() || !window->control().UserControlEnabled());
+    EXPECT_EQ(errors.count(), 0);
+}
+
 TEST_F(WindowTest, KeysReachTheControlFirstThenTheField) {
     QSignalSpy refresh(window.get(), &SchedulerWidget::refreshAllSchedules);
     auto* field = window->findChild<QPlainTextEdit*>("txtAppChiefComplaint");

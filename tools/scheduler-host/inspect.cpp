@@ -351,6 +351,8 @@ Variant Console::widgetProperty(const Chain& path) {
         nothing(path);
     }
     if (MenuItem* item = control_->findMenuItem(head.name)) return menuItemProperty(*item, path);
+    for (const PopupMenu* menu : {&w.mnuRightClickScheduler, &w.mnuRightClickSchedulerApp})
+        if (head.name == menu->name) return menuItemProperty(*menu, path);
     throw ScriptError("'" + head.name + "' names nothing" + suggestWidget(head.name));
 }
 

@@ -14,6 +14,15 @@
 
 namespace quorvane {
 
+// Runs a handler from a copy: a handler that clears or replaces its own hook
+// (a one-shot handler) would otherwise destroy the function that is running.
+template <class Signature, class... Args>
+void callHook(const std::function<Signature>& hook, Args&&... args) {
+    if (!hook) return;
+    const std::function<Signature> copy = hook;
+    copy(std::forward<Args>(args)...);
+}
+
 class RuntimeError;
 class Form;
 
@@ -68,10 +77,7 @@ public:
     void setEnabled(bool on) {
         const bool changed = on != enabled_;
         enabled_ = on;
-        if (changed && onEnabledChanged) {
-            const std::function<void(bool)> hook = onEnabledChanged;
-            hook(on);
-        }
+        if (changed) callHook(onEnabledChanged, on);
     }
     // Hooked by the window, which greys the control out while it is disabled.
     std::function<void(bool)> onEnabledChanged;
@@ -82,7 +88,7 @@ public:
     // Hooked by the host to hear "changed NAME".
     std::function<void(std::string_view)> onPropertyChanged;
     void propertyChanged(std::string_view name) {
-        if (onPropertyChanged) onPropertyChanged(name);
+        callHook(onPropertyChanged, name);
     }
 
     // Shows a form modally: the host's window runs the user's time with it and
@@ -94,7 +100,7 @@ public:
     // on raising the rest of the gesture's events; without a hook it is dropped.
     std::function<void(const RuntimeError&)> onUntrappedError;
     void untrappedError(const RuntimeError& e) {
-        if (onUntrappedError) onUntrappedError(e);
+        callHook(onUntrappedError, e);
     }
 
     // Hooked by a host that records the session: hears each gesture of the user
@@ -120,10 +126,7 @@ public:
     // happen; the gesture lasts as long as the scope.
     [[nodiscard]] GestureScope userGesture(std::string pattern, std::vector<Variant> values = {}) {
         GestureScope scope(this);
-        if (++gestureDepth_ == 1 && onUserGesture) {
-            const std::function<void(const UserGesture&)> hook = onUserGesture;
-            hook(UserGesture{std::move(pattern), std::move(values)});
-        }
+        if (++gestureDepth_ == 1) callHook(onUserGesture, UserGesture{std::move(pattern), std::move(values)});
         return scope;
     }
 

@@ -94,7 +94,7 @@ public:
     // A user's click: runs the handler when the button is visible and enabled.
     bool click() {
         if (!visible || !enabled) return false;
-        if (onClick) onClick();
+        callHook(onClick);
         return true;
     }
     bool userClick() {
@@ -138,15 +138,16 @@ public:
     void userPick();
 };
 
-// A context menu. Opening it is a request to the host's window; the control
-// only says which menu and where.
-class PopupMenu {
+// A context menu: a menu of the control's own (with a caption the user never
+// sees, since the menu is only ever opened as a popup) whose items open at a
+// point. Opening it is a request to the host's window; the control only says
+// which menu and where.
+class PopupMenu : public MenuItem {
 public:
-    std::string name;
     std::vector<MenuItem*> items; // owned by the control
     std::function<void(PopupMenu&, float x, float y)> onPopup;
     void popup(float x = 0, float y = 0) {
-        if (onPopup) onPopup(*this, x, y);
+        callHook(onPopup, *this, x, y);
     }
 };
 

@@ -72,7 +72,9 @@ protected:
 
 private:
     enum class Mode { None, Pressed, Dragging, Resizing };
+    bool handleEvent(QEvent* event);
     void dragTo(const QPointF& pos);
+    void previewDrop(const QPointF& pos);
     void finishGesture();
     void openEditor(const QString& typed, OleDate slot);
     void commitEditor();

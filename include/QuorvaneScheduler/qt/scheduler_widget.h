@@ -72,11 +72,23 @@ public:
     // Whether a resize of this widget calls ResizeControl with its new size (on
     // by default). A host that sizes the control itself turns it off.
     void setResizesControl(bool on) { resizesControl_ = on; }
+    // Whether a character typed on a selected slot opens the slot editor, whose
+    // text becomes an appointment that has no tag until the host names it (on by
+    // default). A host that books only through its own path turns it off.
+    void setSlotEditorEnabled(bool on) { slotEditor_ = on; }
+    bool slotEditorEnabled() const { return slotEditor_; }
+    // What an appointment's tool tip says: its text, its times on the grid's
+    // 12-hour clock and its status, then what the host adds (its notes, say).
+    QString appointmentToolTip(const AppointmentRef& app);
+    void setToolTipNotes(std::function<QString(const Appointment&)> notes) { toolTipNotes_ = std::move(notes); }
 
     // Runs a user's gesture on the models: a failure a handler leaves goes to
     // the container (and untrappedError), never into Qt's event loop, and the
     // widgets show the models again when the outermost gesture ends.
     void runGesture(const std::function<void()>& gesture);
+    // Runs what Qt called into the widgets for: any failure comes out as
+    // untrappedError and goes no further.
+    void guard(const std::function<void()>& work);
 
 Q_SIGNALS:
     // Every event, by its name, with its arguments as below; for logs and tests.
@@ -132,6 +144,7 @@ Q_SIGNALS:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -174,6 +187,8 @@ private:
 
     QString messageTitle_ = QStringLiteral("QuorvaneScheduler");
     std::function<QTime()> timeOfDay_;
+    bool slotEditor_ = true;
+    std::function<QString(const Appointment&)> toolTipNotes_;
     bool resizesControl_ = true;
     int gestureDepth_ = 0;
     bool syncing_ = false;

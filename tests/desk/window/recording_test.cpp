@@ -54,7 +54,7 @@ const Case kCases[] = {
      },
      "event AddApptWithPatient(\"1\", \"501\")"},
     // Another desk changed the appointment first: the move is refused, and the
-    // desk reloads its columns from inside the event.
+    // desk reloads its columns once the control has finished the drag.
     {"a drag across columns that the desk refuses",
      [](DeskWindow& desk, DeskUser& user, const QString& database) {
          PracticeStore other("other desk");
@@ -63,7 +63,7 @@ const Case kCases[] = {
          other.setStatus(first.id, first.version, "Confirmed");
          user.drag(0, firstKey(desk, "1"), 1, makeTime(12, 45, 0));
      },
-     "  event ResourceOnClick(1, \"501\", #11/23/2026#)"},
+     "> call RefreshSchedule(1)\nevent ResourceOnClick(1, \"501\", #11/23/2026#)"},
     {"a status change",
      [](DeskWindow& desk, DeskUser& user, const QString&) {
          user.clickOn(1, firstKey(desk, "2"), Qt::RightButton);
