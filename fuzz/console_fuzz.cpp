@@ -5,7 +5,7 @@
 // Nothing is caught here: an exception that escapes run() is a fault of the
 // console and takes the process down, so the fuzzer keeps the input.
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <QuorvaneScheduler/ole_date.h>
 

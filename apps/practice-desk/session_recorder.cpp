@@ -1,6 +1,6 @@
 #include "session_recorder.h"
 
-#include <console.h>
+#include <QuorvaneScheduler/script/console.h>
 
 #include <QDateTime>
 

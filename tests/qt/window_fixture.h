@@ -7,7 +7,7 @@
 #include <QuorvaneScheduler/qt/day_view_widget.h>
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <QImage>
 #include <QString>

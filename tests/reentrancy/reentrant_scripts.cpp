@@ -13,7 +13,7 @@
 //
 // usage: reentrant-scripts SEED LINES > script.host
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <iostream>
 #include <random>

@@ -1,7 +1,7 @@
 // scheduler-host: a scriptable host for the control. Reads a script, writes the
 // transcript of everything that crosses the boundary between control and host.
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <fstream>
 #include <iostream>

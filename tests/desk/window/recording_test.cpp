@@ -4,7 +4,7 @@
 
 #include "morning.h"
 
-#include <console.h>
+#include <QuorvaneScheduler/script/console.h>
 
 #include <QApplication>
 #include <QTemporaryDir>

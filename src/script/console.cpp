@@ -1,4 +1,4 @@
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <algorithm>
 #include <cmath>

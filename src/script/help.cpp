@@ -1,7 +1,7 @@
 // What the console tells a newcomer: the language in --help, every member and
 // event in --list, and the nearest real names when a script misspells one.
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
 // The console's inspection paths: what `get` reads besides the control's members.
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 #include <array>
 #include <functional>

@@ -2,7 +2,7 @@
 // The host console: one control, driven by a script, with one transcript line for
 // everything that crosses the boundary between the control and its host.
 
-#include "script_reader.h"
+#include <QuorvaneScheduler/script/script_reader.h>
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #include <QuorvaneScheduler/members.h>

@@ -1,4 +1,4 @@
-#include "script_reader.h"
+#include <QuorvaneScheduler/script/script_reader.h>
 
 #include <QuorvaneScheduler/errors.h>
 #include <QuorvaneScheduler/ole_date.h>

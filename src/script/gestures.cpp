@@ -1,6 +1,6 @@
 // The user's gestures, played through the widgets the way a window delivers them.
 
-#include "console.h"
+#include <QuorvaneScheduler/script/console.h>
 
 namespace quorvane::host {
 
