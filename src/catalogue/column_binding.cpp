@@ -3,10 +3,12 @@
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 
+#include "catalogue/catalogue_grammar.h"
+
 namespace quorvane {
 
 namespace {
-constexpr int kGroupName = 1, kResourceValue = 3, kResourceName = 4, kCatType = 5;
+using catalogue::GroupFields;
 } // namespace
 
 void ctlScheduler::cmbResource_Click(std::int16_t Index) {
@@ -60,9 +62,9 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
     int row = -1;
     bool inGroup = false;
     for (int r = 0; r < groups.rows(); ++r) {
-        if (groups.at(r, kResourceValue) != strResourceId) continue;
+        if (groups.at(r, GroupFields::ResourceValue) != strResourceId) continue;
         row = r;
-        if (groups.at(r, kGroupName) == group) {
+        if (groups.at(r, GroupFields::GroupName) == group) {
             inGroup = true;
             break;
         }
@@ -70,9 +72,9 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
 
     if (inGroup) {
         columnIndex(column);
-        const std::string category(groups.at(row, kCatType));
-        const std::string name(groups.at(row, kResourceName));
-        const std::string value(groups.at(row, kResourceValue));
+        const std::string category(groups.at(row, GroupFields::ResourceCatType));
+        const std::string name(groups.at(row, GroupFields::ResourceName));
+        const std::string value(groups.at(row, GroupFields::ResourceValue));
         w_.cmbResourceCatType[column].setText(category);
         w_.cmbResource[column].setText(name); // loads with the date the column had
         // Another date is an ordinary date change: a second ResourceOnClick.
@@ -85,7 +87,7 @@ Variant ctlScheduler::SetResourceAndDate(const std::string& strResourceId, std::
         platform_.msgBox(
             "The selected resource is not available to you.  Please contact you System Administrator.");
     } else {
-        const std::string other(groups.at(row, kGroupName));
+        const std::string other(groups.at(row, GroupFields::GroupName));
         const std::string question = "The selected resource is not available in the '" + group +
                                      "' group, but is available in the '" + other + "' group.\r\n" +
                                      "Do you wish to switch to the new group before proceeding?";

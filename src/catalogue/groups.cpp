@@ -4,14 +4,15 @@
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 
+#include "catalogue/catalogue_grammar.h"
+
 namespace quorvane {
 
 namespace {
 
-// Fields of the catalogue records.
-constexpr int kGroupId = 0, kGroupName = 1, kResourceValue = 3, kResourceName = 4, kCatType = 5, kSubType = 6;
-constexpr int kDefaultGroupId = 0, kDefaultGroupName = 1, kDefaultResourceValue = 2, kDefaultColumn = 3;
-constexpr int kViewGroupName = 1, kColumnsShown = 2, kColumnsTotal = 3;
+using catalogue::DefaultFields;
+using catalogue::GroupFields;
+using catalogue::ViewFields;
 
 // A table the host never sent cannot be walked.
 const StringTable& walked(const StringTable& table) {
@@ -27,9 +28,6 @@ void ctlScheduler::cmbResourceGroup_Click() {
         ResetColumn(i);
     state_.blnSuppressColumnEvents = false;
     ApplyGroupColumnsShown();
-    // Cleared before any load, so templates the host adds while answering the
-    // loads below count from zero.
-    state_.intTemplateCount.fill(0);
     FillCategoryLists();
     ApplyGroupView();
 }
@@ -40,8 +38,8 @@ void ctlScheduler::ApplyGroupColumnsShown() {
     const StringTable& views = walked(state_.arrResourceGroupViews);
     const std::string group = w_.cmbResourceGroup.text();
     for (int r = 0; r < views.rows(); ++r) {
-        if (views.at(r, kViewGroupName) == group) {
-            const std::string shown(views.at(r, kColumnsShown));
+        if (views.at(r, ViewFields::GroupName) == group) {
+            const std::string shown(views.at(r, ViewFields::ColumnsShown));
             w_.cmbNumOfSchedules.setText(shown);
             return;
         }
@@ -56,8 +54,8 @@ void ctlScheduler::ApplyGroupView() {
         const StringTable& views = walked(state_.arrResourceGroupViews);
         const std::string group = w_.cmbResourceGroup.text();
         for (int r = 0; r < views.rows(); ++r) {
-            if (views.at(r, kViewGroupName) != group) continue;
-            const std::string total(views.at(r, kColumnsTotal));
+            if (views.at(r, ViewFields::GroupName) != group) continue;
+            const std::string total(views.at(r, ViewFields::ColumnsTotal));
             const std::int16_t columns = textToInteger(total);
             for (int i = 0; i <= columns - 1; ++i) {
                 columnIndex(i);
@@ -74,10 +72,10 @@ void ctlScheduler::ApplyGroupView() {
     // every row, and a row's fields are copied before anything runs.
     for (int r = 0; r < walked(state_.arrResourceGroupDefaults).rows(); ++r) {
         const StringTable& defaults = state_.arrResourceGroupDefaults;
-        if (defaults.at(r, kDefaultGroupName) != w_.cmbResourceGroup.text()) continue;
-        const std::string groupId(defaults.at(r, kDefaultGroupId));
-        const std::string value(defaults.at(r, kDefaultResourceValue));
-        const std::string column(defaults.at(r, kDefaultColumn));
+        if (defaults.at(r, DefaultFields::GroupName) != w_.cmbResourceGroup.text()) continue;
+        const std::string groupId(defaults.at(r, DefaultFields::GroupId));
+        const std::string value(defaults.at(r, DefaultFields::ResourceValue));
+        const std::string column(defaults.at(r, DefaultFields::ColumnNumber));
         SetColumnDefault(groupId, value, column);
     }
 }
@@ -98,13 +96,13 @@ void ctlScheduler::SetColumnDefault(const std::string& strGroupId, const std::st
     // The identifier is the most telling of the three, so it is compared first.
     const int rows = groups.rows();
     for (int r = 0; r < rows; ++r) {
-        if (!StringTable::same(groups.at(r, kResourceValue), strResourceValue) ||
-            !StringTable::same(groups.at(r, kGroupName), group) ||
-            !StringTable::same(groups.at(r, kGroupId), strGroupId))
+        if (!StringTable::same(groups.at(r, GroupFields::ResourceValue), strResourceValue) ||
+            !StringTable::same(groups.at(r, GroupFields::GroupName), group) ||
+            !StringTable::same(groups.at(r, GroupFields::GroupId), strGroupId))
             continue;
         columnIndex(column);
-        const std::string category(groups.at(r, kCatType));
-        const std::string name(groups.at(r, kResourceName));
+        const std::string category(groups.at(r, GroupFields::ResourceCatType));
+        const std::string name(groups.at(r, GroupFields::ResourceName));
         w_.cmbResourceCatType[column].setText(
             category);                        // fills the column's resources with the whole category
         w_.cmbResource[column].setText(name); // loads the column
@@ -123,11 +121,11 @@ void ctlScheduler::cmbResourceCatType_Click(std::int16_t Index) {
 }
 
 void ctlScheduler::FillResourcesByCatType(const std::string& strText, std::int16_t intColumnNumber) {
-    FillResources(kCatType, strText, intColumnNumber);
+    FillResources(GroupFields::ResourceCatType, strText, intColumnNumber);
 }
 
 void ctlScheduler::FillResourcesBySubType(const std::string& strText, std::int16_t intColumnNumber) {
-    FillResources(kSubType, strText, intColumnNumber);
+    FillResources(GroupFields::ResourceSubType, strText, intColumnNumber);
 }
 
 // The two lists are filled item for item, so item k of both is one record.
@@ -143,10 +141,10 @@ void ctlScheduler::FillResources(int field, const std::string& strText, std::int
     const int rows = groups.rows();
     for (int r = 0; r < rows; ++r) {
         if (!StringTable::same(groups.at(r, field), strText) ||
-            !StringTable::same(groups.at(r, kGroupName), group))
+            !StringTable::same(groups.at(r, GroupFields::GroupName), group))
             continue;
-        values.addItem(std::string(groups.at(r, kResourceValue)));
-        names.addItem(std::string(groups.at(r, kResourceName)));
+        values.addItem(std::string(groups.at(r, GroupFields::ResourceValue)));
+        names.addItem(std::string(groups.at(r, GroupFields::ResourceName)));
     }
 }
 

@@ -244,13 +244,7 @@ std::function<void()> PVDayView::removalOf(const AppointmentRef& app) {
     return [this, app] { set_.detach(app); };
 }
 
-void PVDayView::fromUser(const std::function<void()>& fire) {
-    try {
-        fire();
-    } catch (const RuntimeError& e) {
-        platform_.container.untrappedError(e);
-    }
-}
+void PVDayView::fromUser(const std::function<void()>& fire) { platform_.container.runForUser(fire); }
 
 bool PVDayView::runRemove(const AppointmentRef& app, bool user) {
     const AppointmentRef held = app;

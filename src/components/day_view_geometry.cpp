@@ -6,18 +6,12 @@
 
 #include <QuorvaneScheduler/components/day_view.h>
 
+#include "runtime/arith.h"
+
 #include <algorithm>
 
 namespace quorvane {
 
-namespace {
-
-std::int64_t floorDiv(std::int64_t a, std::int64_t b) {
-    return a / b - ((a % b != 0) && ((a < 0) != (b < 0)));
-}
-std::int64_t ceilDiv(std::int64_t a, std::int64_t b) { return -floorDiv(-a, b); }
-
-} // namespace
 
 int PVDayView::visibleRows() const { return pixelsOf(Height) / kRowPixels; }
 

@@ -13,6 +13,14 @@ void run(const std::function<void()>& handler) { callHook(handler); }
 
 } // namespace
 
+void Container::runForUser(const std::function<void()>& handler) {
+    try {
+        handler();
+    } catch (const RuntimeError& e) {
+        untrappedError(e);
+    }
+}
+
 void PickList::clear() {
     items_.clear();
     index_ = -1;

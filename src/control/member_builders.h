@@ -17,7 +17,8 @@ void addCatalogueMembers(std::vector<MemberInfo>& table);   // src/catalogue
 void addSlotMembers(std::vector<MemberInfo>& table);        // src/slots
 void addAppointmentMembers(std::vector<MemberInfo>& table); // src/appointments
 void addPatientMembers(std::vector<MemberInfo>& table);     // src/patient
-void addWeekViewMembers(std::vector<MemberInfo>& table);    // src/weekview, with the printout
+void addWeekViewMembers(std::vector<MemberInfo>& table);    // src/weekview
+void addPrintMembers(std::vector<MemberInfo>& table);       // src/print
 
 namespace members {
 

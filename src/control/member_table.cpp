@@ -172,6 +172,7 @@ std::vector<MemberInfo> buildTable() {
     addAppointmentMembers(t);
     addPatientMembers(t);
     addWeekViewMembers(t);
+    addPrintMembers(t);
     return t;
 }
 

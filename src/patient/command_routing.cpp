@@ -16,13 +16,7 @@ constexpr const char* kSelectAPatient = "Please select a patient";
 constexpr std::size_t kTagAppId = 0, kTagPatientId = 2;
 } // namespace
 
-void ctlScheduler::fromUser(const std::function<void()>& handler) {
-    try {
-        handler();
-    } catch (const RuntimeError& e) {
-        platform_.container.untrappedError(e);
-    }
-}
+void ctlScheduler::fromUser(const std::function<void()>& handler) { platform_.container.runForUser(handler); }
 
 std::string ctlScheduler::focusedScheduleDate() const {
     return Variant(GetDayView(w_.txtResourceFocus.text)->CurrentDate()).toString();

@@ -1,6 +1,8 @@
 #include <QuorvaneScheduler/errors.h>
 #include <QuorvaneScheduler/ole_date.h>
 
+#include "runtime/arith.h"
+
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -19,12 +21,6 @@ constexpr std::int64_t kMinSecond = kMinDay * kSecondsPerDay;
 constexpr std::int64_t kMaxSecond = kMaxDay * kSecondsPerDay + kSecondsPerDay - 1;
 // Day number of 1 January 1970, the origin of the civil-calendar arithmetic below.
 constexpr std::int64_t kUnixEpochDay = 25569;
-
-std::int64_t floorDiv(std::int64_t a, std::int64_t b) {
-    std::int64_t q = a / b;
-    if ((a % b != 0) && ((a < 0) != (b < 0))) --q;
-    return q;
-}
 
 // Proleptic Gregorian calendar in days since 1970-01-01 (H. Hinnant's algorithms).
 std::int64_t daysFromCivil(std::int64_t y, std::int64_t m, std::int64_t d) {

@@ -4,6 +4,7 @@
 // rules of the walk can be tried on business hours that a real day view never
 // shows.
 
+#include <QuorvaneScheduler/components/day_view.h>
 #include <QuorvaneScheduler/ole_date.h>
 
 #include <cstdint>
@@ -13,20 +14,8 @@ namespace quorvane::slots {
 
 // Minutes per slot by Increments code, 0 for a code outside the table.
 inline int minutesOfIncrements(std::int32_t code) {
-    switch (code) {
-    case 0:
-        return 60;
-    case 1:
-        return 30;
-    case 2:
-        return 15;
-    case 3:
-        return 10;
-    case 4:
-        return 5;
-    default:
-        return 0;
-    }
+    if (code < 0 || code >= static_cast<std::int32_t>(kIncrementMinutes.size())) return 0;
+    return kIncrementMinutes[static_cast<std::size_t>(code)];
 }
 
 // The scan asks every column on the same day, whatever day the column shows: the

@@ -54,11 +54,7 @@ std::int16_t ctlScheduler::IntervalInMinutes(PVDayView& dvwResource) {
 }
 
 void ctlScheduler::RefreshTimeslots(const std::string& strResourceNumber) {
-    PVDayView& view = *GetDayView(strResourceNumber);
-    const OleDate start = view.DayStartTime();
-    const OleDate end = view.DayEndTime();
-    const std::int32_t colour = view.DayBackColor();
-    view.setTimeSlotColor(start, end, colour);
+    GetDayView(strResourceNumber)->paintBareDay();
 }
 
 bool ctlScheduler::ResourceTimeSlotSelected(int index, OleDate TimeSlot) const {
@@ -80,10 +76,9 @@ void ctlScheduler::dvwResource_TimeSlotSelect(std::int16_t Index, OleDate TimeSl
 }
 
 void ctlScheduler::SetDayViewIncrement(PickList& cmbDayIncrement, PVDayView& dvwResource) {
-    static constexpr std::array<const char*, 5> kLengths = {"60", "30", "15", "10", "5"};
     const std::string& text = cmbDayIncrement.text();
-    for (std::size_t code = 0; code < kLengths.size(); ++code) {
-        if (text == kLengths[code]) {
+    for (std::size_t code = 0; code < kIncrementMinutes.size(); ++code) {
+        if (text == std::to_string(kIncrementMinutes[code])) {
             dvwResource.setIncrements(static_cast<std::int32_t>(code));
             return;
         }

@@ -108,11 +108,7 @@ void ctlScheduler::AddTemplateWeekview(const Variant& intDay, const OleDate& dtS
 }
 
 void ctlScheduler::RefreshTimeslotsWeekview(std::int16_t intDay) {
-    PVDayView& day = *frmWeekView().wvwWeekView.Days(Variant(intDay));
-    const OleDate start = day.DayStartTime();
-    const OleDate end = day.DayEndTime();
-    const std::int32_t colour = day.DayBackColor();
-    day.setTimeSlotColor(start, end, colour);
+    frmWeekView().wvwWeekView.Days(Variant(intDay))->paintBareDay();
 }
 
 } // namespace quorvane

@@ -1,5 +1,4 @@
-// The members of the week view and the printout as the member table lists them
-// by name.
+// The members of the week view as the member table lists them by name.
 
 #include "control/member_builders.h"
 
@@ -9,7 +8,6 @@ using namespace members;
 
 void addWeekViewMembers(std::vector<MemberInfo>& t) {
     t.push_back(command("mnoWeekView_Click", T::None, &ctlScheduler::mnoWeekView_Click));
-    t.push_back(command("mnoPrint_Click", T::None, &ctlScheduler::mnoPrint_Click));
     t.push_back(method("LoadWeekView",
                        {{"strScheduledEID", T::String, true},
                         {"strScheduledName", T::String, true},

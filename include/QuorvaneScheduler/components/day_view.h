@@ -119,6 +119,8 @@ public:
 
     // 0..4 for 60, 30, 15, 10, 5 minutes; anything else is InvalidPropertyValue.
     std::int32_t Increments() const { return increments_; }
+    // Paints the whole day in its background colour: the bare grid, no blocks.
+    void paintBareDay() { setTimeSlotColor(DayStartTime(), DayEndTime(), DayBackColor()); }
     void setIncrements(std::int32_t code);
     int slotMinutes() const { return kIncrementMinutes[static_cast<std::size_t>(increments_)]; }
 

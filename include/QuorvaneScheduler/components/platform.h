@@ -102,6 +102,9 @@ public:
     void untrappedError(const RuntimeError& e) {
         callHook(onUntrappedError, e);
     }
+    // Runs a handler that a user's gesture reached: a run-time error it leaves
+    // goes to untrappedError, and the gesture goes on with its next event.
+    void runForUser(const std::function<void()>& handler);
 
     // Hooked by a host that records the session: hears each gesture of the user
     // as it begins, before it raises anything. A gesture that starts while
