@@ -305,9 +305,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size > kMaxInput) return 0;
     BookingHost host(std::string_view(reinterpret_cast<const char*>(data), size));
     Harness h(host);
-    host.control = h.control.get();
-    host.boxes = &h.boxes;
-    h.platform.doEvents = [&] { host.script.runHostLine([&](const Line& line) { host.run(line); }); };
+    h.wire(host);
     quorvane::ctlScheduler& c = *h.control;
     c.ccCancelled = 255, c.ccConfirmed = 65280, c.ccCheckedIn = 16711680;
     c.ccCheckedOut = 8421504, c.ccNoShow = 32896, c.ccScheduled = 8388736;

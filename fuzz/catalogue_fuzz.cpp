@@ -142,9 +142,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size > kMaxInput) return 0;
     CatalogueHost host(std::string_view(reinterpret_cast<const char*>(data), size));
     Harness h(host);
-    host.control = h.control.get();
-    host.boxes = &h.boxes;
-    h.platform.doEvents = [&] { host.script.runHostLine([&](const Line& line) { host.run(line); }); };
+    h.wire(host);
     host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkResourceLists(*h.control); });
     return 0;
 }

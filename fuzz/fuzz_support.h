@@ -186,6 +186,13 @@ struct Harness {
         control = std::make_unique<ctlScheduler>(platform);
         control->setEventSink(&host);
     }
+    // Hands the control and the message boxes to the target's host, and lets
+    // the message loop the control yields to run the host's script lines.
+    template <class Host> void wire(Host& host) {
+        host.control = control.get();
+        host.boxes = &boxes;
+        platform.doEvents = [&host] { host.script.runHostLine([&host](const Line& line) { host.run(line); }); };
+    }
     Platform platform;
     ScriptedBoxes boxes;
     std::unique_ptr<ctlScheduler> control;

@@ -17,6 +17,7 @@ void addCatalogueMembers(std::vector<MemberInfo>& table);   // src/catalogue
 void addSlotMembers(std::vector<MemberInfo>& table);        // src/slots
 void addAppointmentMembers(std::vector<MemberInfo>& table); // src/appointments
 void addPatientMembers(std::vector<MemberInfo>& table);     // src/patient
+void addCommandMembers(std::vector<MemberInfo>& table);     // src/commands
 void addWeekViewMembers(std::vector<MemberInfo>& table);    // src/weekview
 void addPrintMembers(std::vector<MemberInfo>& table);       // src/print
 

@@ -170,6 +170,7 @@ std::vector<MemberInfo> buildTable() {
     addCatalogueMembers(t);
     addSlotMembers(t);
     addAppointmentMembers(t);
+    addCommandMembers(t);
     addPatientMembers(t);
     addWeekViewMembers(t);
     addPrintMembers(t);

@@ -1,5 +1,4 @@
-// The members of the patient panel and of the commands as the member table lists
-// them by name.
+// The members of the patient panel as the member table lists them by name.
 
 #include "control/member_builders.h"
 
@@ -8,26 +7,8 @@ namespace quorvane {
 using namespace members;
 
 void addPatientMembers(std::vector<MemberInfo>& t) {
-    using C = ctlScheduler;
-    const std::pair<const char*, void (C::*)()> commands[] = {
-        {"cmdClear_Click", &C::cmdClear_Click},
-        {"cmdOpenPatient_Click", &C::cmdOpenPatient_Click},
-        {"cmdPatientSearch_Click", &C::cmdPatientSearch_Click},
-        {"cmdValidatePatient_Click", &C::cmdValidatePatient_Click},
-        {"mnoFindNextAvailable_Click", &C::mnoFindNextAvailable_Click},
-        {"mnoFindNextAvailableApp_Click", &C::mnoFindNextAvailableApp_Click},
-        {"mnoSearchAppointments_Click", &C::mnoSearchAppointments_Click},
-        {"mnoSearchAppointmentsApp_Click", &C::mnoSearchAppointmentsApp_Click},
-        {"mnoAddEditRecurrenceApp_Click", &C::mnoAddEditRecurrenceApp_Click},
-        {"mnoRefreshAllSchedules_Click", &C::mnoRefreshAllSchedules_Click},
-        {"mnoRefreshAllSchedulesApp_Click", &C::mnoRefreshAllSchedulesApp_Click},
-        {"mnoPrintSuperbillApp_Click", &C::mnoPrintSuperbillApp_Click},
-        {"PatientLoaded", &C::PatientLoaded},
-    };
-    for (const auto& [name, run] : commands)
-        t.push_back(command(name, T::None, run));
-    t.push_back(command("ClearPatient", T::Variant, &C::ClearPatient));
-    t.push_back(command("NextAvailableClick", T::Variant, &C::NextAvailableClick));
+    t.push_back(command("PatientLoaded", T::None, &ctlScheduler::PatientLoaded));
+    t.push_back(command("ClearPatient", T::Variant, &ctlScheduler::ClearPatient));
 }
 
 } // namespace quorvane
