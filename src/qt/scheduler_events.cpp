@@ -12,9 +12,12 @@
 #include "qt/widget_views.h"
 
 #include <QGuiApplication>
+#include <QMetaMethod>
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+
+#include <array>
 
 namespace quorvane {
 
@@ -29,123 +32,59 @@ QString menuText(const std::string& caption) {
 
 } // namespace
 
-// Each event goes out by name first, then as its own signal, so a log of the
-// names keeps the order in which the host's slots see them.
+// Each event goes out by name first, then as its own signal (the event's name
+// with a small first letter), so a log of the names keeps the order in which
+// the host's slots see them. Each argument takes the type its signal declares:
+// a text, a number, or a date (from the control's date, or from a text that
+// holds one).
 class SchedulerWidget::Events final : public ctlSchedulerEvents {
 public:
     explicit Events(SchedulerWidget& w) : w_(w) {}
 
-    void ValidatePatient(Str a) override {
-        named("ValidatePatient", {q(a)}), Q_EMIT w_.validatePatient(q(a));
-    }
-    void UpdateAppStatus(Str a, Variant& status) override {
-        const QString s = q(status.toString());
-        named("UpdateAppStatus", {q(a), s}), Q_EMIT w_.updateAppStatus(q(a), s);
-    }
-    void SaveAdditionalAppInfo(Str a) override {
-        named("SaveAdditionalAppInfo", {q(a)}), Q_EMIT w_.saveAdditionalAppInfo(q(a));
-    }
-    void PrintDay(Str a, Str b) override { named("PrintDay", {q(a), q(b)}), Q_EMIT w_.printDay(q(a), q(b)); }
-    void PrintResourceSuperbills(Str a, Str b) override {
-        named("PrintResourceSuperbills", {q(a), qDateOfText(b)}),
-            Q_EMIT w_.printResourceSuperbills(q(a), qDateOfText(b));
-    }
-    void AddApptWithPatient(Str a, Str b) override {
-        named("AddApptWithPatient", {q(a), q(b)}), Q_EMIT w_.addApptWithPatient(q(a), q(b));
-    }
-    void PatientSearch() override { named("PatientSearch", {}), Q_EMIT w_.patientSearch(); }
-    void AppointmentSearch(Str a) override {
-        named("AppointmentSearch", {q(a)}), Q_EMIT w_.appointmentSearch(q(a));
-    }
-    void AddEditRecurrence(Str a, Str b) override {
-        named("AddEditRecurrence", {q(a), q(b)}), Q_EMIT w_.addEditRecurrence(q(a), q(b));
-    }
-    void OnWeekLoad(Str a, OleDate d) override {
-        named("OnWeekLoad", {q(a), qDateOf(d)}), Q_EMIT w_.onWeekLoad(q(a), qDateOf(d));
-    }
-    void OpenPatient(Str a) override { named("OpenPatient", {q(a)}), Q_EMIT w_.openPatient(q(a)); }
-    void OpenPatientHistory(Str a) override {
-        named("OpenPatientHistory", {q(a)}), Q_EMIT w_.openPatientHistory(q(a));
-    }
-    void AppointmentSelected(Str a) override {
-        named("AppointmentSelected", {q(a)}), Q_EMIT w_.appointmentSelected(q(a));
-    }
-    void ResourceBeforeRemove(Str a, Str b) override {
-        named("ResourceBeforeRemove", {q(a), q(b)}), Q_EMIT w_.resourceBeforeRemove(q(a), q(b));
-    }
-    void ResourceAfterResize(Str a, Str b) override {
-        named("ResourceAfterResize", {q(a), q(b)}), Q_EMIT w_.resourceAfterResize(q(a), q(b));
-    }
-    void ResourceAfterDrag(Str a, Str b) override {
-        named("ResourceAfterDrag", {q(a), q(b)}), Q_EMIT w_.resourceAfterDrag(q(a), q(b));
-    }
-    void ResourceOnClick(std::int16_t n, Str a, const Variant& d) override {
-        QDate date;
-        try {
-            date = qDateOf(d.toDate());
-        } catch (const RuntimeError&) {
-        }
-        named("ResourceOnClick", {int{n}, q(a), date}), Q_EMIT w_.resourceOnClick(n, q(a), date);
-    }
-    void NextAvailable(Str a, Str b) override {
-        named("NextAvailable", {q(a), q(b)}), Q_EMIT w_.nextAvailable(q(a), q(b));
-    }
-    void RefreshAllSchedules() override { named("RefreshAllSchedules", {}), Q_EMIT w_.refreshAllSchedules(); }
-    void RefreshAllDisplayAll() override {
-        named("RefreshAllDisplayAll", {}), Q_EMIT w_.refreshAllDisplayAll();
-    }
-    void RefreshSchedule(Str a) override {
-        named("RefreshSchedule", {q(a)}), Q_EMIT w_.refreshSchedule(q(a));
-    }
-    void RefProviderSearch() override { named("RefProviderSearch", {}), Q_EMIT w_.refProviderSearch(); }
-    void PrintSuperbill(Str a, Str b) override {
-        named("PrintSuperbill", {q(a), q(b)}), Q_EMIT w_.printSuperbill(q(a), q(b));
-    }
-    void PrintDaysFacesheets(Str a, Str b) override {
-        named("PrintDaysFacesheets", {q(a), qDateOfText(b)}),
-            Q_EMIT w_.printDaysFacesheets(q(a), qDateOfText(b));
-    }
-    void PrintFaceSheet(Str a, Str b) override {
-        named("PrintFaceSheet", {q(a), q(b)}), Q_EMIT w_.printFaceSheet(q(a), q(b));
-    }
-    void DisplayPhoto(Str a, Str b, Str c, Str d) override {
-        named("DisplayPhoto", {q(a), q(b), q(c), q(d)}), Q_EMIT w_.displayPhoto(q(a), q(b), q(c), q(d));
-    }
-    void HidePhoto() override { named("HidePhoto", {}), Q_EMIT w_.hidePhoto(); }
-    void DisplayQuickScan(Str a, std::int16_t n) override {
-        named("DisplayQuickScan", {q(a), int{n}}), Q_EMIT w_.displayQuickScan(q(a), n);
-    }
-    void QuickComments(Str a, Str b) override {
-        named("QuickComments", {q(a), q(b)}), Q_EMIT w_.quickComments(q(a), q(b));
-    }
-    void DisplayTasking() override { named("DisplayTasking", {}), Q_EMIT w_.displayTasking(); }
-    void DisplayRecallSetup(Str a) override {
-        named("DisplayRecallSetup", {q(a)}), Q_EMIT w_.displayRecallSetup(q(a));
-    }
-    void DisplayRecallList() override { named("DisplayRecallList", {}), Q_EMIT w_.displayRecallList(); }
-    void DisplayLegend() override { named("DisplayLegend", {}), Q_EMIT w_.displayLegend(); }
-    void PrintTxPlan(Str a, Str b, Str c) override {
-        named("PrintTxPlan", {q(a), q(b), qDateOfText(c)}), Q_EMIT w_.printTxPlan(q(a), q(b), qDateOfText(c));
-    }
-    void OpenQuickPay(Str a, Str b) override {
-        named("OpenQuickPay", {q(a), q(b)}), Q_EMIT w_.openQuickPay(q(a), q(b));
-    }
-    void OpenAuthorization(Str a, Str b) override {
-        named("OpenAuthorization", {q(a), q(b)}), Q_EMIT w_.openAuthorization(q(a), q(b));
-    }
-    void OpenOfficeCommunication(Str a) override {
-        named("OpenOfficeCommunication", {q(a)}), Q_EMIT w_.openOfficeCommunication(q(a));
-    }
+#define QUORVANE_EVENT_SIGNAL(Name, Params, Args, Table) \
+    void Name Params override { forward(#Name, detail::asVariants(QUORVANE_UNWRAP Args)); }
+    QUORVANE_EVENTS(QUORVANE_EVENT_SIGNAL)
+#undef QUORVANE_EVENT_SIGNAL
 
 private:
-    void named(const char* name, const QVariantList& args) {
-        Q_EMIT w_.eventRaised(QString::fromLatin1(name), args);
+    static QVariant qtValue(const Variant& v, QMetaType type) {
+        if (type.id() == QMetaType::QDate) {
+            if (v.type() == VariantType::String) return qDateOfText(v.toString());
+            try {
+                return qDateOf(v.toDate());
+            } catch (const RuntimeError&) {
+                return QDate();
+            }
+        }
+        if (type.id() == QMetaType::Int) return int{v.toInteger()};
+        return q(v.toString());
+    }
+    void forward(const char* name, const std::vector<Variant>& args) {
+        const QMetaMethod signal = eventSignal(QLatin1String(name));
+        QVariantList values;
+        for (int i = 0; i < signal.parameterCount() && i < static_cast<int>(args.size()); ++i)
+            values << qtValue(args[static_cast<std::size_t>(i)], signal.parameterMetaType(i));
+        Q_EMIT w_.eventRaised(QString::fromLatin1(name), values);
+        std::array<QGenericArgument, 4> a{};
+        for (qsizetype i = 0; i < values.size() && i < 4; ++i)
+            a[static_cast<std::size_t>(i)] = QGenericArgument(values[i].typeName(), values[i].constData());
+        signal.invoke(&w_, Qt::DirectConnection, a[0], a[1], a[2], a[3]);
         // What the host did in its slots shows when the gesture ends; outside
         // one, it shows when the event loop next runs.
         w_.scheduleRefresh();
     }
     SchedulerWidget& w_;
 };
+
+QMetaMethod SchedulerWidget::eventSignal(QLatin1String event) {
+    const QByteArray name = QByteArray(event.data(), event.size()).left(1).toLower() + QByteArray(event.data() + 1, event.size() - 1);
+    const QMetaObject& meta = staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod m = meta.method(i);
+        if (m.methodType() == QMetaMethod::Signal && m.name() == name) return m;
+    }
+    return {};
+}
 
 // Modal, over the window: the control's call returns with the user's answer.
 class SchedulerWidget::MessageBoxes final : public MessageBoxService {

@@ -309,3 +309,23 @@ TEST_F(WindowTest, AHostFailureInAGestureIsReportedAndTheWindowGoesOn) {
 
 } // namespace
 } // namespace quorvane::test
+
+namespace quorvane::test {
+namespace {
+
+// The signals moc reads are declared by hand; each event of the list has its
+// own, with as many parameters.
+TEST(EventSignals, EveryEventHasItsSignal) {
+    int signals = 0;
+    for (const EventInfo& e : eventTable()) {
+        const QMetaMethod m =
+            SchedulerWidget::eventSignal(QLatin1String(e.name.data(), static_cast<qsizetype>(e.name.size())));
+        ASSERT_TRUE(m.isValid()) << e.name;
+        EXPECT_EQ(m.parameterCount(), static_cast<int>(e.params.size())) << e.name;
+        ++signals;
+    }
+    EXPECT_EQ(signals, 37);
+}
+
+} // namespace
+} // namespace quorvane::test

@@ -23,6 +23,7 @@
 #include <QString>
 #include <QTime>
 #include <QVariantList>
+#include <QMetaMethod>
 #include <QWidget>
 
 #include <array>
@@ -89,6 +90,9 @@ public:
     // Runs what Qt called into the widgets for: any failure comes out as
     // untrappedError and goes no further.
     void guard(const std::function<void()>& work);
+    // The signal that carries an event of the control, by the event's name; an
+    // invalid method for a name that is no event.
+    static QMetaMethod eventSignal(QLatin1String event);
 
 Q_SIGNALS:
     // Every event, by its name, with its arguments as below; for logs and tests.
