@@ -227,13 +227,8 @@ void BookingHost::run(const Line& line) {
         answerStatus = text.find('s') != std::string::npos;
         endBusy = text.find('f') != std::string::npos;
         return;
-    case 'Y':
-        boxes->yes = true;
-        return;
-    case 'N':
-        boxes->yes = false;
-        return;
     default:
+        if (boxes->take(line.command)) return;
         break;
     }
 
@@ -302,19 +297,17 @@ void checkViews(const ctlScheduler& c) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
-    if (size > kMaxInput) return 0;
-    BookingHost host(std::string_view(reinterpret_cast<const char*>(data), size));
-    Harness h(host);
-    h.wire(host);
-    quorvane::ctlScheduler& c = *h.control;
-    c.ccCancelled = 255, c.ccConfirmed = 65280, c.ccCheckedIn = 16711680;
-    c.ccCheckedOut = 8421504, c.ccNoShow = 32896, c.ccScheduled = 8388736;
-    attempt([&] { openPractice(c); });
-    host.script.runTop(
-        [&](const Line& line) {
-            host.run(line);
-            host.keepAll();
-        },
-        [&] { checkViews(c); });
-    return 0;
+    return playInput<BookingHost>(data, size, [](BookingHost& host, Harness& h) {
+        h.wire(host);
+        quorvane::ctlScheduler& c = *h.control;
+        c.ccCancelled = 255, c.ccConfirmed = 65280, c.ccCheckedIn = 16711680;
+        c.ccCheckedOut = 8421504, c.ccNoShow = 32896, c.ccScheduled = 8388736;
+        attempt([&] { openPractice(c); });
+        host.script.runTop(
+            [&](const Line& line) {
+                host.run(line);
+                host.keepAll();
+            },
+            [&] { checkViews(c); });
+    });
 }

@@ -115,13 +115,8 @@ void CatalogueHost::run(const Line& line) {
         return c.setDayIncrement(index, two[1]);
     case 'I':
         return c.UserControl_Initialize();
-    case 'Y':
-        boxes->yes = true;
-        return;
-    case 'N':
-        boxes->yes = false;
-        return;
     default:
+        boxes->take(line.command);
         return;
     }
 }
@@ -139,10 +134,8 @@ void checkResourceLists(const ctlScheduler& c) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
-    if (size > kMaxInput) return 0;
-    CatalogueHost host(std::string_view(reinterpret_cast<const char*>(data), size));
-    Harness h(host);
-    h.wire(host);
-    host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkResourceLists(*h.control); });
-    return 0;
+    return playInput<CatalogueHost>(data, size, [](CatalogueHost& host, Harness& h) {
+        h.wire(host);
+        host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkResourceLists(*h.control); });
+    });
 }

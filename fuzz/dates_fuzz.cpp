@@ -162,8 +162,9 @@ void checkLine(std::string_view text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
-    if (size > kMaxInput) return 0;
-    std::string_view input(reinterpret_cast<const char*>(data), size);
+    const auto text = inputOf(data, size);
+    if (!text) return 0;
+    std::string_view input = *text;
     for (int n = 0; n < kMaxLines && !input.empty(); ++n) {
         const std::size_t end = input.find('\n');
         checkLine(input.substr(0, end));

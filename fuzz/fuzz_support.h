@@ -20,6 +20,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -38,6 +39,12 @@ inline constexpr std::size_t kMaxInput = 32 * 1024;
 inline constexpr int kMaxDepth = 3;
 // Lines run in all, at the top and from inside events, so that no input runs long.
 inline constexpr int kMaxSteps = 400;
+
+// The input as text; none when it is larger than a target reads.
+inline std::optional<std::string_view> inputOf(const std::uint8_t* data, std::size_t size) {
+    if (size > kMaxInput) return std::nullopt;
+    return std::string_view(reinterpret_cast<const char*>(data), size);
+}
 
 [[noreturn]] inline void fault(const std::string& what) {
     std::fprintf(stderr, "fuzz fault: %s\n", what.c_str());
@@ -176,6 +183,13 @@ public:
         if (buttons == MsgBoxButtons::OK) return MsgBoxResult::OK;
         return yes ? MsgBoxResult::Yes : MsgBoxResult::No;
     }
+    // A script's Y or N: how the next questions are answered. False for any
+    // other command.
+    bool take(char command) {
+        if (command != 'Y' && command != 'N') return false;
+        yes = command == 'Y';
+        return true;
+    }
 };
 
 // A control on a platform whose today is fixed, hooked to the target's host.
@@ -206,6 +220,17 @@ inline void openPractice(ctlScheduler& c) {
     c.setResourceGroupDefaults("1~Main~501~1~~1~Main~502~2~~1~Main~503~3~~2~Annex~610~1");
     c.setResourceGroups("1~Main~Y~501~Dr One~Staff~Surgery~~1~Main~Y~502~Dr Two~Staff~Nursing~~"
                         "1~Main~Y~503~Room A~Rooms~Exam~~2~Annex~N~610~Room B~Rooms~Exam");
+}
+
+// One input of a target: its host reads the input, a harness stands the
+// control up for it, and `run` plays it.
+template <class Host, class Run> int playInput(const std::uint8_t* data, std::size_t size, Run run) {
+    const auto input = inputOf(data, size);
+    if (!input) return 0;
+    Host host(*input);
+    Harness h(host);
+    run(host, h);
+    return 0;
 }
 
 } // namespace quorvane::fuzz

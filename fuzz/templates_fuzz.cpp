@@ -152,11 +152,9 @@ void checkCounts(const ctlScheduler& c) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
-    if (size > kMaxInput) return 0;
-    TemplatesHost host(std::string_view(reinterpret_cast<const char*>(data), size));
-    Harness h(host);
-    host.control = h.control.get();
-    attempt([&] { openPractice(*h.control); });
-    host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkCounts(*h.control); });
-    return 0;
+    return playInput<TemplatesHost>(data, size, [](TemplatesHost& host, Harness& h) {
+        host.control = h.control.get();
+        attempt([&] { openPractice(*h.control); });
+        host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkCounts(*h.control); });
+    });
 }

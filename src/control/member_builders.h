@@ -72,6 +72,18 @@ inline MemberInfo setter(std::string name, T type, std::function<void(ctlSchedul
             }};
 }
 
+// The parameters a column's and a week day's appointment are added with: the
+// six they share, then the one that says where it goes.
+inline std::vector<MemberParam> appointmentParams(MemberParam first, MemberParam last) {
+    return {std::move(first),
+            {"strDescription", T::String, true},
+            {"dtStartDateTime", T::Date, true},
+            {"dtEndDateTime", T::Date, true},
+            {"strAppID", T::String, true},
+            {"strStatus", T::String, true},
+            std::move(last)};
+}
+
 inline MemberInfo method(std::string name, std::vector<MemberParam> params, T result,
                          std::function<Variant(ctlScheduler&, Args)> run) {
     return {std::move(name), MemberKind::Method, std::move(params), result, std::move(run)};

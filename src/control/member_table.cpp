@@ -121,15 +121,10 @@ std::vector<MemberInfo> buildTable() {
     t.push_back(setter("UserControlEnabled", T::Boolean,
                        [](ctlScheduler& c, const Variant& v) { c.setUserControlEnabled(v.toBoolean()); }));
 
-    t.push_back(method("AddAppointment",
-                       {{"strResourceNumber", T::String, true},
-                        {"strDescription", T::String, true},
-                        {"dtStartDateTime", T::Date, true},
-                        {"dtEndDateTime", T::Date, true},
-                        {"strAppID", T::String, true},
-                        {"strStatus", T::String, true},
-                        {"strAppRecurrenceId", T::String, true},
-                        {"strPatientEID", T::String, true}},
+    std::vector<MemberParam> addParams =
+        appointmentParams({"strResourceNumber", T::String, true}, {"strAppRecurrenceId", T::String, true});
+    addParams.push_back({"strPatientEID", T::String, true});
+    t.push_back(method("AddAppointment", std::move(addParams),
                        T::Variant, [](ctlScheduler& c, Args a) {
                            c.AddAppointment(str(a[0]), str(a[1]), a[2].toDate(), a[3].toDate(), str(a[4]),
                                             str(a[5]), str(a[6]), str(a[7]));

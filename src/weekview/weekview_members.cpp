@@ -18,13 +18,7 @@ void addWeekViewMembers(std::vector<MemberInfo>& t) {
                        }));
     t.push_back(command("ShowWkvw", T::Variant, &ctlScheduler::ShowWkvw));
     t.push_back(method("AddWkvwAppointment",
-                       {{"strResourceNumber", T::String, true},
-                        {"strDescription", T::String, true},
-                        {"dtStartDateTime", T::Date, true},
-                        {"dtEndDateTime", T::Date, true},
-                        {"strAppID", T::String, true},
-                        {"strStatus", T::String, true},
-                        {"intDayOfWeek", T::Integer, true}},
+                       appointmentParams({"strResourceNumber", T::String, true}, {"intDayOfWeek", T::Integer, true}),
                        T::Variant, [](ctlScheduler& c, Args a) {
                            c.AddWkvwAppointment(str(a[0]), str(a[1]), a[2].toDate(), a[3].toDate(), str(a[4]),
                                                 str(a[5]), a[6].toInteger());
