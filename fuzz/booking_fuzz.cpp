@@ -298,7 +298,6 @@ void checkViews(const ctlScheduler& c) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
     return playInput<BookingHost>(data, size, [](BookingHost& host, Harness& h) {
-        h.wire(host);
         quorvane::ctlScheduler& c = *h.control;
         c.ccCancelled = 255, c.ccConfirmed = 65280, c.ccCheckedIn = 16711680;
         c.ccCheckedOut = 8421504, c.ccNoShow = 32896, c.ccScheduled = 8388736;

@@ -135,7 +135,6 @@ void checkResourceLists(const ctlScheduler& c) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
     return playInput<CatalogueHost>(data, size, [](CatalogueHost& host, Harness& h) {
-        h.wire(host);
         host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkResourceLists(*h.control); });
     });
 }

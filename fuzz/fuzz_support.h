@@ -223,12 +223,17 @@ inline void openPractice(ctlScheduler& c) {
 }
 
 // One input of a target: its host reads the input, a harness stands the
-// control up for it, and `run` plays it.
+// control up for it and wires the host in (all of it, for a host that answers
+// message boxes and runs in the message loop), and `run` plays it.
 template <class Host, class Run> int playInput(const std::uint8_t* data, std::size_t size, Run run) {
     const auto input = inputOf(data, size);
     if (!input) return 0;
     Host host(*input);
     Harness h(host);
+    if constexpr (requires { host.boxes; })
+        h.wire(host);
+    else
+        host.control = h.control.get();
     run(host, h);
     return 0;
 }

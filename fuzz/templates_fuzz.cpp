@@ -153,7 +153,6 @@ void checkCounts(const ctlScheduler& c) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace quorvane::fuzz;
     return playInput<TemplatesHost>(data, size, [](TemplatesHost& host, Harness& h) {
-        host.control = h.control.get();
         attempt([&] { openPractice(*h.control); });
         host.script.runTop([&](const Line& line) { host.run(line); }, [&] { checkCounts(*h.control); });
     });
