@@ -38,6 +38,8 @@ protected:
             return;
         }
         QLineEdit::keyPressEvent(event);
+        // Return ends the editing here; it is no key for the grid behind.
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) event->accept();
     }
 };
 
@@ -46,7 +48,7 @@ protected:
 DayViewWidget::DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent)
     : QWidget(parent), owner_(owner), view_(std::move(view)) {
     setObjectName(QString::fromStdString(view_->focusName()));
-    setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     scroll_ = new QScrollBar(Qt::Vertical, this);
@@ -104,7 +106,15 @@ void DayViewWidget::mousePressEvent(QMouseEvent* event) {
     owner_.lastPressGlobal_ = event->globalPosition().toPoint();
     mode_ = Mode::None;
     if (event->button() == Qt::RightButton) {
-        owner_.runGesture([&] { view_->userPressAt(v.x(), v.y(), true); });
+        // What the menu acts on is what the user pointed at: a slot or an
+        // appointment not yet selected is selected first, as a click would.
+        const AppointmentRef hit = view_->appointmentSet().HitTest(v.x(), v.y());
+        const std::optional<OleDate> slot = view_->slotAtPixel(v.y());
+        const bool selected = hit ? hit->Selected() : slot && view_->TimeSlotSelected(*slot);
+        owner_.runGesture([&] {
+            if (!selected) view_->userPressAt(v.x(), v.y());
+            view_->userPressAt(v.x(), v.y(), true);
+        });
         return;
     }
     if (event->button() != Qt::LeftButton) return;
@@ -230,6 +240,7 @@ void DayViewWidget::keyPressEvent(QKeyEvent* event) {
         QApplication::sendEvent(editor_, event);
         return;
     }
+    if (keyboard(event)) return;
     if (event->key() == Qt::Key_Delete) {
         if (const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment()) {
             const std::int32_t key = app->Key();
@@ -279,6 +290,166 @@ void DayViewWidget::commitEditor() {
     setFocus();
     const OleDate slot = editorSlot_;
     owner_.runGesture([&] { view_->userType(slot, text); });
+}
+
+// The keyboard. Every action goes through the view's own gestures, so the host
+// hears what a mouse would have made it hear, and a recording replays it.
+namespace {
+constexpr int kMinutesPerDay = 24 * 60;
+OleDate timeOfMinute(int minute) { return makeTime(minute / 60, minute % 60, 0); }
+
+// A moved appointment stands in its column as the newest one there; the keys
+// go on with it, selected as a click would select it.
+void followMoved(PVDayView& view) {
+    AppointmentRef newest;
+    for (const AppointmentRef& a : view.appointmentSet().items())
+        if (!newest || a->Key() > newest->Key()) newest = a;
+    if (newest && !newest->Selected()) view.userClickOn(newest->Key());
+}
+} // namespace
+
+int DayViewWidget::focusMinute() const {
+    if (const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment())
+        return minuteOfDay(app->StartDateTime);
+    if (const std::optional<OleDate> slot = view_->selectedSlot()) return minuteOfDay(*slot);
+    return view_->topRow() * view_->slotMinutes();
+}
+
+// Scrolls the grid, as the user's scroll, until the row of `minute` shows.
+void DayViewWidget::showMinute(int minute) {
+    const int row = minute / view_->slotMinutes(), top = view_->topRow(), rows = std::max(view_->visibleRows(), 1);
+    const int by = row < top ? row - top : row >= top + rows ? row - (top + rows - 1) : 0;
+    if (by == 0) return;
+    if (const std::optional<OleDate> to = view_->topAfterScroll(by)) view_->userScroll(*to);
+}
+
+void DayViewWidget::aimAt(std::optional<std::pair<int, int>> point) {
+    if (point) owner_.lastPressGlobal_ = mapToGlobal(fromView({point->first, point->second}));
+}
+
+void DayViewWidget::selectMinute(int minute) {
+    const int step = view_->slotMinutes();
+    minute = std::clamp(minute - minute % step, 0, kMinutesPerDay - step);
+    owner_.runGesture([&] {
+        showMinute(minute);
+        aimAt(view_->pointOfTime(timeOfMinute(minute)));
+        view_->userClickAt(timeOfMinute(minute));
+    });
+}
+
+void DayViewWidget::openMenuAtFocus() {
+    const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment();
+    const int minute = focusMinute();
+    owner_.runGesture([&] {
+        showMinute(minute);
+        if (app) {
+            aimAt(view_->pointOfAppointment(app->Key()));
+            view_->userClickOn(app->Key(), true);
+        } else {
+            aimAt(view_->pointOfTime(timeOfMinute(minute)));
+            view_->userClickAt(timeOfMinute(minute), true);
+        }
+    });
+}
+
+DayViewWidget* DayViewWidget::neighbour(int by) const {
+    for (int i = view_->Index() + by; i >= 0 && i < kColumns; i += by)
+        if (DayViewWidget* w = owner_.dayView(i); w && w->isVisible()) return w;
+    return nullptr;
+}
+
+// The keys keep the keyboard on the grid: a host that ends its busy phase
+// with FocusControl puts the control's focus in the pane, but the user who
+// works by keys goes on from the column the key left them in.
+bool DayViewWidget::keyboard(QKeyEvent* event) {
+    QPointer<DayViewWidget> stay = this;
+    const bool taken = takeKey(event, stay);
+    if (taken && stay && stay->isVisible() && stay->isEnabled()) stay->setFocus(Qt::OtherFocusReason);
+    return taken;
+}
+
+bool DayViewWidget::takeKey(QKeyEvent* event, QPointer<DayViewWidget>& stay) {
+    const Qt::KeyboardModifiers mods = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    const int step = view_->slotMinutes();
+    const AppointmentRef app = view_->appointmentSet().GetSelectedAppointment();
+    const int key = event->key();
+    const bool up = key == Qt::Key_Up, down = key == Qt::Key_Down;
+    if ((up || down) && mods == Qt::NoModifier) {
+        selectMinute(focusMinute() + (up ? -step : step));
+    } else if ((key == Qt::Key_PageUp || key == Qt::Key_PageDown) && mods == Qt::NoModifier) {
+        const int page = std::max(view_->visibleRows(), 1) * step;
+        selectMinute(focusMinute() + (key == Qt::Key_PageUp ? -page : page));
+    } else if (key == Qt::Key_Home && mods == Qt::NoModifier) {
+        selectMinute(minuteOfDay(view_->BusinessHoursBegin()));
+    } else if (key == Qt::Key_End && mods == Qt::NoModifier) {
+        const int end = minuteOfDay(view_->BusinessHoursEnd());
+        selectMinute((end == 0 ? kMinutesPerDay : end) - step);
+    } else if ((key == Qt::Key_Left || key == Qt::Key_Right) && mods == Qt::NoModifier) {
+        if (DayViewWidget* next = neighbour(key == Qt::Key_Left ? -1 : 1)) {
+            stay = next;
+            next->setFocus(Qt::OtherFocusReason);
+            next->selectMinute(focusMinute());
+        }
+    } else if ((up || down) && mods == Qt::ControlModifier && app) {
+        const std::int32_t k = app->Key();
+        const int to = std::clamp(minuteOfDay(app->StartDateTime) + (up ? -step : step), 0, kMinutesPerDay - step);
+        owner_.runGesture([&] {
+            showMinute(to);
+            if (view_->userDrag(k, *view_, timeOfMinute(to))) followMoved(*view_);
+        });
+    } else if ((key == Qt::Key_Left || key == Qt::Key_Right) && mods == Qt::ControlModifier && app) {
+        DayViewWidget* next = neighbour(key == Qt::Key_Left ? -1 : 1);
+        if (!next) return true;
+        const std::int32_t k = app->Key();
+        const int start = minuteOfDay(app->StartDateTime);
+        owner_.runGesture([&] {
+            next->showMinute(start);
+            if (view_->userDrag(k, next->view(), timeOfMinute(start))) followMoved(next->view());
+        });
+        stay = next;
+    } else if ((up || down) && mods == Qt::ShiftModifier && app) {
+        const std::int32_t k = app->Key();
+        const int end = minutesBetween(datePart(app->StartDateTime), app->EndDateTime) + (up ? -step : step);
+        if (end <= minuteOfDay(app->StartDateTime) || end > kMinutesPerDay) return true;
+        owner_.runGesture([&] {
+            showMinute(std::min(end, kMinutesPerDay - 1));
+            view_->userResize(k, timeOfMinute(end % kMinutesPerDay));
+        });
+    } else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && mods == Qt::NoModifier) {
+        if (app) {
+            const std::int32_t k = app->Key();
+            owner_.runGesture([&] { view_->userDblClickOn(k); });
+        } else {
+            openMenuAtFocus();
+        }
+    } else if (key == Qt::Key_Menu || (key == Qt::Key_F10 && mods == Qt::ShiftModifier)) {
+        openMenuAtFocus();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// Tab and Shift+Tab go from appointment to appointment of the column in time
+// order; past the last (or before the first) the focus moves on.
+bool DayViewWidget::focusNextPrevChild(bool next) {
+    std::vector<AppointmentRef> apps = view_->appointmentSet().items();
+    std::stable_sort(apps.begin(), apps.end(),
+                     [](const AppointmentRef& a, const AppointmentRef& b) { return a->StartDateTime < b->StartDateTime; });
+    const AppointmentRef current = view_->appointmentSet().GetSelectedAppointment();
+    auto at = std::find(apps.begin(), apps.end(), current);
+    AppointmentRef target;
+    if (next)
+        target = at == apps.end() ? (apps.empty() ? nullptr : apps.front()) : (at + 1 == apps.end() ? nullptr : *(at + 1));
+    else if (at != apps.end() && at != apps.begin())
+        target = *(at - 1);
+    if (!target) return QWidget::focusNextPrevChild(next);
+    const std::int32_t k = target->Key();
+    owner_.runGesture([&] {
+        showMinute(minuteOfDay(target->StartDateTime));
+        view_->userClickOn(k);
+    });
+    return true;
 }
 
 // Every call Qt makes into the view (paint, mouse, keys, wheel, tool tips)

@@ -98,7 +98,8 @@ public:
         if (buttons == MsgBoxButtons::YesNo) {
             box.setIcon(QMessageBox::Question);
             box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-            box.setDefaultButton(QMessageBox::Yes);
+            // Enter never answers Yes to a question such as a removal's.
+            box.setDefaultButton(QMessageBox::No);
             return box.exec() == QMessageBox::Yes ? MsgBoxResult::Yes : MsgBoxResult::No;
         }
         box.setIcon(QMessageBox::Information);

@@ -73,6 +73,16 @@ protected:
 private:
     enum class Mode { None, Pressed, Dragging, Resizing };
     bool handleEvent(QEvent* event);
+    bool focusNextPrevChild(bool next) override;
+    // The keyboard: false for a key the grid does not take.
+    bool keyboard(QKeyEvent* event);
+    bool takeKey(QKeyEvent* event, QPointer<DayViewWidget>& stay);
+    int focusMinute() const;
+    void showMinute(int minute);
+    void selectMinute(int minute);
+    void openMenuAtFocus();
+    void aimAt(std::optional<std::pair<int, int>> point);
+    DayViewWidget* neighbour(int by) const;
     void dragTo(const QPointF& pos);
     void previewDrop(const QPointF& pos);
     void finishGesture();
