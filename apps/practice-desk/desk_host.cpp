@@ -17,9 +17,14 @@ namespace practice {
 namespace {
 
 // The practice's six status colours, as the desk shows them.
-const std::pair<const char*, std::int32_t> kStatusColours[] = {
-    {"ccScheduled", 0xFFE0C0},  {"ccConfirmed", 0xC0FFC0}, {"ccCheckedIn", 0x80E0FF},
-    {"ccCheckedOut", 0xD0D0D0}, {"ccNoShow", 0x8080FF},    {"ccCancelled", 0xA0A0A0},
+struct StatusColour {
+    const char *property, *status;
+    std::int32_t colour;
+};
+const StatusColour kStatusColours[] = {
+    {"ccScheduled", "Scheduled", 0xFFE0C0},     {"ccConfirmed", "Confirmed", 0xC0FFC0},
+    {"ccCheckedIn", "Checked-In", 0x80E0FF},    {"ccCheckedOut", "Checked-Out", 0xD0D0D0},
+    {"ccNoShow", "No-Show", 0x8080FF},          {"ccCancelled", "Cancelled", 0xA0A0A0},
 };
 
 Variant str(const QString& s) { return Variant(s.toStdString()); }
@@ -46,8 +51,8 @@ void DeskHost::mention(const QString& what) {
 }
 
 void DeskHost::start(int widthPixels, int heightPixels) {
-    for (const auto& [name, colour] : kStatusColours)
-        session_.set(name, Variant(colour));
+    for (const StatusColour& s : kStatusColours)
+        session_.set(s.property, Variant(s.colour));
     session_.set("ImagingEnabled", Variant("Y"));
     // A booking starts from an empty pane: one visit's notes never carry into the next.
     session_.set("ClearCommentsEnabled", Variant("Y"));
@@ -585,7 +590,20 @@ void DeskHost::QuickComments(Str, Str type) { mention("Quick comments for the " 
 void DeskHost::DisplayTasking() { mention("Open the office tasks"); }
 void DeskHost::DisplayRecallSetup(Str p) { mention("Add patient " + qs(p) + " to the recall list"); }
 void DeskHost::DisplayRecallList() { mention("Open the recall list"); }
-void DeskHost::DisplayLegend() { mention("Lunch in grey, surgery in pink"); }
+void DeskHost::DisplayLegend() {
+    std::vector<LegendRow> rows;
+    for (const StatusColour& s : kStatusColours)
+        rows.push_back({s.status, s.colour, {}});
+    try {
+        for (const auto& [name, colour] : store_.templateKinds())
+            rows.push_back({name, -1, colour});
+    } catch (const ConnectionLost& e) {
+        lostConnection(e);
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+    if (showLegend) showLegend(rows);
+}
 void DeskHost::PrintTxPlan(Str a, Str p, Str) {
     mention("Print the treatment plan " + qs(a) + " of patient " + qs(p));
 }

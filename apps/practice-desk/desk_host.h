@@ -47,6 +47,14 @@ public:
     std::function<void(const QString& what)> note;         // commands the desk only mentions
     std::function<void()> changedOutside; // the desk changed the control outside any event
     std::function<void(bool offline)> offlineChanged; // the server went away, or came back
+    // The key to the colours: each status and each kind of template block, by
+    // name and colour (a status's as the control holds it, a block's as text).
+    struct LegendRow {
+        QString name;
+        std::int32_t statusColour = -1;
+        QString blockColour;
+    };
+    std::function<void(const std::vector<LegendRow>& rows)> showLegend;
     std::function<bool()> mayProbe; // false while a dialog of the window is open
 
     // The events, in the order of the interface.

@@ -14,10 +14,14 @@
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QGridLayout>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <QuorvaneScheduler/qt/day_view_widget.h>
 
 using namespace quorvane;
 
@@ -117,6 +121,7 @@ void DeskWindow::build() {
     host.choosePatient = [this] { return searchPatient(); };
     host.printDay = [this](const QString& resource, const QString& info) { print(resource, info); };
     host.showPhoto = [this](const QString& imageId) { showPhoto(imageId); };
+    host.showLegend = [this](const std::vector<DeskHost::LegendRow>& rows) { showLegend(rows); };
     host.session().onRefused = [this](std::string_view member, const RuntimeError& e) {
         statusBar()->showMessage("The schedule refused " + QString::fromUtf8(member.data(), member.size()) +
                                      ": " + QString::fromStdString(e.reason()),
@@ -331,6 +336,44 @@ void DeskWindow::print(const QString& resource, const QString& info) {
         paintPrintout(painter, p->pageRect(QPrinter::DevicePixel), name, info, appointments);
     });
     preview.exec();
+}
+
+// The key to the colours, in a small window of its own that stays open beside
+// the schedule: a swatch and a name for each status and each kind of block.
+void DeskWindow::showLegend(const std::vector<DeskHost::LegendRow>& rows) {
+    delete legend_.data();
+    auto* legend = new QWidget(this, Qt::Tool);
+    legend->setObjectName("legend");
+    legend->setAttribute(Qt::WA_DeleteOnClose);
+    legend->setWindowTitle("Colour Key");
+    auto* grid = new QGridLayout(legend);
+    auto heading = [&](const QString& text, int row) {
+        auto* label = new QLabel("<b>" + text + "</b>", legend);
+        grid->addWidget(label, row, 0, 1, 2);
+    };
+    heading("Statuses", 0);
+    int row = 1;
+    bool blocks = false;
+    for (const DeskHost::LegendRow& r : rows) {
+        if (r.statusColour < 0 && !blocks) {
+            heading("Blocks", row++);
+            blocks = true;
+        }
+        const QColor colour = r.statusColour >= 0 ? qColorOf(r.statusColour) : QColor(r.blockColour);
+        auto* swatch = new QLabel(legend);
+        swatch->setFixedSize(36, 18);
+        swatch->setStyleSheet("background: " + colour.name() + "; border: 1px solid #606060;");
+        auto* name = new QLabel(r.name, legend);
+        name->setObjectName("legendRow");
+        name->setAccessibleName(r.name + ", " + colour.name());
+        grid->addWidget(swatch, row, 0);
+        grid->addWidget(name, row++, 1);
+    }
+    auto* close = new QPushButton("Close", legend);
+    QObject::connect(close, &QPushButton::clicked, legend, &QWidget::close);
+    grid->addWidget(close, row, 0, 1, 2, Qt::AlignRight);
+    legend_ = legend;
+    legend->show();
 }
 
 // The host shows the photo in place of the calendar; the desk has no pictures,

@@ -93,6 +93,7 @@ private:
     QString searchPatient();
     void print(const QString& resource, const QString& info);
     void showPhoto(const QString& imageId);
+    void showLegend(const std::vector<DeskHost::LegendRow>& rows);
     void tell(const QString& message);
     void guarded(const std::function<void()>& work);
     // The title and the status bar say which practice is open, and whether
@@ -104,6 +105,7 @@ private:
     std::unique_ptr<Session> s_;
     QLabel* photo_ = nullptr;
     QLabel* offlineLabel_ = nullptr;
+    QPointer<QWidget> legend_;
     static constexpr const char* kOffline = "Offline: the practice server is unreachable; retrying…";
     QSize controlSize_;
     QString printFolder_;

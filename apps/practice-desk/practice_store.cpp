@@ -340,6 +340,15 @@ QString PracticeStore::appointmentTypes(const QString& resource) const {
     return entries.join("~");
 }
 
+std::vector<std::pair<QString, QString>> PracticeStore::templateKinds() const {
+    checkOpen();
+    std::vector<std::pair<QString, QString>> out;
+    QSqlQuery q = run(db_, "SELECT DISTINCT description, colour FROM templates ORDER BY description, colour");
+    while (q.next())
+        out.emplace_back(q.value(0).toString(), q.value(1).toString());
+    return out;
+}
+
 std::vector<StoredAppointment> PracticeStore::appointmentsBetween(const QString& resource, OleDate first,
                                                                   OleDate last) const {
     checkOpen();

@@ -138,6 +138,8 @@ public:
 
     Catalogue catalogue() const;
     QString appointmentTypes(const QString& resource) const;
+    // Each kind of template block the practice paints: its name and colour.
+    std::vector<std::pair<QString, QString>> templateKinds() const;
     std::vector<StoredAppointment> appointments(const QString& resource, quorvane::OleDate day) const;
     std::vector<StoredAppointment> appointmentsBetween(const QString& resource, quorvane::OleDate first,
                                                        quorvane::OleDate last) const;

@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -83,6 +84,23 @@ TEST(DeskWindowOnAFile, TheTitleNamesThePracticeAndThePrintoutGoesToDocuments) {
         EXPECT_FALSE(QFile::exists(home.filePath("office/schedule-501-20261123.pdf")));
     }
     qputenv("HOME", oldHome);
+}
+
+// The Template Key button opens a window that names every colour on the grid:
+// the six statuses, then the practice's blocks.
+TEST(DeskWindowOnAFile, TheColourKeyNamesEveryStatusAndBlock) {
+    QTemporaryDir dir;
+    DeskWindow desk(dir.filePath("practice.sqlite"), kToday, OpenMode::Demo);
+    desk.setUnattended(true);
+    desk.show();
+    QTest::mouseClick(desk.scheduler().findChild<QWidget*>("cmdLegend"), Qt::LeftButton);
+    auto* legend = desk.findChild<QWidget*>("legend");
+    ASSERT_TRUE(legend);
+    QStringList names;
+    for (const QLabel* row : legend->findChildren<QLabel*>("legendRow"))
+        names << row->text();
+    EXPECT_EQ(names.join(", "), "Scheduled, Confirmed, Checked-In, Checked-Out, No-Show, Cancelled, Lunch, Surgery");
+    screenshot(*legend, "desk-legend.png");
 }
 
 } // namespace
