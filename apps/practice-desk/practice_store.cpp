@@ -424,8 +424,9 @@ Patient PracticeStore::patient(const QString& id) const {
 
 // Within a write: the live appointment of `resource` that [start, end) would
 // overlap, other than `id` itself, refused by name while the practice forbids
-// double bookings. On a server the constraint stands behind this, for two
-// desks that race.
+// double bookings. Desks take turns per resource, so a desk that loses a race
+// is refused here, by name; the server's constraint stands behind this for
+// any other program that writes.
 void PracticeStore::refuseDoubleBooking(const char* what, qint64 id, const QString& resource, OleDate start,
                                         OleDate end, const QString& status) {
     if (status == "Cancelled" || !(start < end)) return;
@@ -454,17 +455,6 @@ void PracticeStore::refuseDoubleBooking(const char* what, qint64 id, const QStri
 
 qint64 PracticeStore::addAppointment(const StoredAppointment& a) {
     qint64 id = 0;
-    try {
-        writeBooking(a, id);
-    } catch (const DoubleBooking&) {
-        // Another desk won the race for the time: name what it stored there.
-        refuseDoubleBooking("the booking", 0, a.resource, a.start, a.end, a.status);
-        throw;
-    }
-    return id;
-}
-
-void PracticeStore::writeBooking(const StoredAppointment& a, qint64& id) {
     transaction("the booking", [&] {
         refuseDoubleBooking("the booking", 0, a.resource, a.start, a.end, a.status);
         // Only PostgreSQL says the new key in the same statement.
@@ -484,50 +474,44 @@ void PracticeStore::writeBooking(const StoredAppointment& a, qint64& id) {
         written_.version = 1;
         announce(a.resource, a.start);
     });
+    return id;
 }
 
 int PracticeStore::changeVersioned(const char* what, qint64 id, int version, const QString& set,
                                    const QVariantList& values, const std::function<void(StoredAppointment&)>& after) {
     int now = 0;
-    StoredAppointment changed;
     auto refused = [&] {
         throw ConflictError("Another desk changed this appointment first, so " + std::string(what) +
                             " was not stored. The schedule now shows it as it is.");
     };
-    try {
-        transaction(what, [&] {
-            // The row as it stands, locked until the commit where the dialect can.
-            QSqlQuery row = run(db_, "SELECT * FROM appointments WHERE app_id = ?" + QString(postgres_ ? " FOR UPDATE" : ""),
-                                {id}, what);
-            if (!row.next())
-                throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
-            const StoredAppointment before = appointmentOf(row);
-            row.finish();
-            if (before.version != version) refused();
-            changed = before;
-            if (after) after(changed);
-            if (changed.resource != before.resource || changed.start != before.start || changed.end != before.end ||
-                changed.status != before.status)
-                refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
-            QVariantList bound = values;
-            bound << id << version;
-            QSqlQuery q = run(db_,
-                              set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
-                                            : "UPDATE appointments SET " + set +
-                                                  ", version = version + 1 WHERE app_id = ? AND version = ?",
-                              bound, what);
-            if (q.numRowsAffected() != 1) refused();
-            announce(before.resource, before.start);
-            if (changed.resource != before.resource || quorvane::datePart(changed.start) != quorvane::datePart(before.start))
-                announce(changed.resource, changed.start);
-            now = changed.version = version + 1;
-            written_ = changed;
-        });
-    } catch (const DoubleBooking&) {
-        // Another desk won the race for the time: name what it stored there.
-        refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
-        throw;
-    }
+    transaction(what, [&] {
+        // The row as it stands, locked until the commit where the dialect can.
+        QSqlQuery row = run(db_, "SELECT * FROM appointments WHERE app_id = ?" + QString(postgres_ ? " FOR UPDATE" : ""),
+                            {id}, what);
+        if (!row.next())
+            throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
+        const StoredAppointment before = appointmentOf(row);
+        row.finish();
+        if (before.version != version) refused();
+        StoredAppointment changed = before;
+        if (after) after(changed);
+        if (changed.resource != before.resource || changed.start != before.start || changed.end != before.end ||
+            changed.status != before.status)
+            refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
+        QVariantList bound = values;
+        bound << id << version;
+        QSqlQuery q = run(db_,
+                          set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
+                                        : "UPDATE appointments SET " + set +
+                                              ", version = version + 1 WHERE app_id = ? AND version = ?",
+                          bound, what);
+        if (q.numRowsAffected() != 1) refused();
+        announce(before.resource, before.start);
+        if (changed.resource != before.resource || quorvane::datePart(changed.start) != quorvane::datePart(before.start))
+            announce(changed.resource, changed.start);
+        now = changed.version = version + 1;
+        written_ = changed;
+    });
     return now;
 }
 

@@ -183,7 +183,6 @@ private:
     // against double bookings; none for a change that moves nothing.
     int changeVersioned(const char* what, qint64 id, int version, const QString& set,
                         const QVariantList& values, const std::function<void(StoredAppointment&)>& after);
-    void writeBooking(const StoredAppointment& a, qint64& id);
     void announce(const QString& resource, quorvane::OleDate day);
     // Runs `work` in one transaction: all of it is stored, or none.
     void transaction(const char* what, const std::function<void()>& work);
