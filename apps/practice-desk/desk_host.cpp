@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <set>
 
 using namespace quorvane;
 
@@ -86,25 +87,18 @@ void DeskHost::start(int widthPixels, int heightPixels) {
 }
 
 void DeskHost::probe() {
-    try {
-        probeOnce();
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "practice-desk: %s\n", e.what());
-    }
-}
-
-void DeskHost::probeOnce() {
     if (mayProbe && !mayProbe()) return;
-    if (offline_) {
-        if (retry() && changedOutside) changedOutside();
-        return;
-    }
     try {
+        if (offline_) {
+            if (retry() && changedOutside) changedOutside();
+            return;
+        }
         store_.ping();
     } catch (const ConnectionLost&) {
         goOffline();
         if (changedOutside) changedOutside();
-    } catch (const StoreError&) {
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "practice-desk: %s\n", e.what());
     }
 }
 
@@ -226,6 +220,38 @@ void DeskHost::confirmed(qint64 id, const StoredAppointment* now) {
                 *now);
 }
 
+// One resource's day as the store holds it; false, with the failure dealt
+// with, when the store cannot give it.
+bool DeskHost::read(const QString& resource, OleDate day, ColumnDay& out) {
+    try {
+        out.templates = store_.templates(resource, day);
+        out.appointments = store_.appointments(resource, day);
+        out.types = store_.appointmentTypes(resource);
+        return true;
+    } catch (const ConnectionLost&) {
+        goOffline();
+    } catch (const DamagedError& e) {
+        if (starting_)
+            damaged_ = QString::fromStdString(e.what());
+        else
+            say(QString::fromStdString(e.what()));
+    } catch (const StoreError& e) {
+        say(QString::fromStdString(e.what()));
+    }
+    return false;
+}
+
+// What the store gave for days no column shows any more is of no use offline.
+void DeskHost::forgetDaysNotShown() {
+    std::set<QString> shown;
+    for (int column = 1; column <= kColumns; ++column) {
+        const std::string n = std::to_string(column);
+        shown.insert(dayKey(qs(session_.text("Resource" + n + "Value")),
+                            session_.control().GetDayView(n)->CurrentDate()));
+    }
+    std::erase_if(loaded_, [&](const auto& entry) { return !shown.contains(entry.first); });
+}
+
 // A column emptied for a resource and a date: its slot length (the first time
 // only; after that the user's choice stands), its grid, its blocks, its
 // appointments and its types, then the top of the day. What the store cannot
@@ -239,24 +265,11 @@ void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant&
     const OleDate day = date.toDate();
     const QString key = dayKey(qs(resource), day);
     ColumnDay loaded;
-    try {
-        loaded.templates = store_.templates(qs(resource), day);
-        loaded.appointments = store_.appointments(qs(resource), day);
-        loaded.types = store_.appointmentTypes(qs(resource));
-        if (loaded_.size() > 64) loaded_.clear();
+    if (read(qs(resource), day, loaded)) {
+        forgetDaysNotShown();
         loaded_[key] = loaded;
-    } catch (const ConnectionLost&) {
-        goOffline();
-        loaded = loaded_[key];
-    } catch (const DamagedError& e) {
-        if (starting_)
-            damaged_ = QString::fromStdString(e.what());
-        else
-            say(QString::fromStdString(e.what()));
-        loaded = loaded_[key];
-    } catch (const StoreError& e) {
-        say(QString::fromStdString(e.what()));
-        loaded = loaded_[key];
+    } else if (const auto kept = loaded_.find(key); kept != loaded_.end()) {
+        loaded = kept->second;
     }
     session_.call("RefreshTimeslots", {number});
     for (const Template& t : loaded.templates)

@@ -127,7 +127,8 @@ private:
         QString types;
     };
     void goOffline();
-    void probeOnce();
+    bool read(const QString& resource, quorvane::OleDate day, ColumnDay& out);
+    void forgetDaysNotShown();
     void inBusyPhase(const std::function<void()>& answer);
     // Runs a reload once the event loop is back, when the gesture that asked
     // for it has finished.
