@@ -110,6 +110,8 @@ int main(int argc, char** argv) {
             return 0;
         }
         desk.show();
+        // The desk takes the keyboard when it opens, with a window manager or none.
+        desk.activateWindow();
         return QApplication::exec();
     } catch (const std::exception& e) {
         return refuse(QString::fromStdString(e.what()));

@@ -360,6 +360,9 @@ public:
     // Wipes the column and paints its stored templates again in the order they
     // came; the column code runs it when the slot length changes.
     void replayTemplates(int index);
+    // The description of the latest stored template of a column that covers a
+    // time of day, for what the grid tells a reader; empty when none does.
+    std::string templateAt(int index, OleDate timeOfDay) const;
 
     // Helpers the rest of the control shares.
     std::int16_t FocusedColumnIndex() const;

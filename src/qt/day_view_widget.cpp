@@ -59,6 +59,20 @@ DayViewWidget::DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* p
     });
 }
 
+DayViewWidget::~DayViewWidget() { forgetParts(); }
+
+void DayViewWidget::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    announced_.reset();
+    announceFocus();
+    update();
+}
+
+void DayViewWidget::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
+}
+
 double DayViewWidget::scaleX() const { return 15.0 / owner_.platform().screen.twipsPerPixelX; }
 double DayViewWidget::scaleY() const { return 15.0 / owner_.platform().screen.twipsPerPixelY; }
 

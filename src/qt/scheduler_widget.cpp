@@ -6,6 +6,7 @@
 #include <QuorvaneScheduler/qt/day_view_widget.h>
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
+#include "qt/day_view_accessible.h"
 #include "qt/qt_dates.h"
 #include "qt/week_dialog.h"
 #include "qt/widget_views.h"
@@ -27,10 +28,44 @@
 #include <QTimer>
 
 #include <cmath>
+#include <map>
 
 namespace quorvane {
 
 namespace {
+
+// What a screen reader calls a field whose label alone is ambiguous (three
+// "Ext", two "CoPay") or absent (the balances after the first), or abbreviated.
+const std::map<std::string, QString> kSpokenFields = {
+    {"txtPatHomePhoneExt", "Home Phone Ext"},
+    {"txtPatWorkPhoneExt", "Work Phone Ext"},
+    {"txtPatOtherPhoneExt", "Other Phone Ext"},
+    {"txtPatPrimaryCoPay", "Primary CoPay"},
+    {"txtPatSecondaryCoPay", "Secondary CoPay"},
+    {"txtPatPriIns", "Primary Insurance"},
+    {"txtPatSecIns", "Secondary Insurance"},
+    {"txtPatBalance30", "Balance up to 30 days"},
+    {"txtPatBalance60", "Balance 31 to 60 days"},
+    {"txtPatBalance90", "Balance 61 to 90 days"},
+    {"txtPatBalance180", "Balance over 90 days"},
+    {"txtPatPCP", "Primary Care Provider"},
+    {"txtPatDOB", "Date of Birth"},
+    {"txtAppRefProvider", "Referring Provider"},
+    {"txtAppPriorAuthNum", "Prior Authorization Number"},
+};
+
+// Names for the buttons that show a picture or "...", where the control gives
+// no tool tip to take one from.
+const std::map<std::string, QString> kSpokenButtons = {
+    {"cmdRefProvider", "Search for a Referring Provider"},
+};
+
+// A tool tip read aloud: the key it names is said by the shortcut itself.
+QString spokenToolTip(const std::string& tip) {
+    QString text = QString::fromStdString(tip);
+    const qsizetype paren = text.lastIndexOf(QStringLiteral(" ("));
+    return paren > 0 && text.endsWith(QLatin1Char(')')) ? text.left(paren) : text;
+}
 
 // The character code of a key press, as the control compares it: a control
 // character for Ctrl and a letter, else the character typed.
@@ -68,6 +103,8 @@ void setPaletteColors(QWidget& w, const TextField& f) {
 void SchedulerWidget::build() {
     setObjectName(QStringLiteral("ctlScheduler"));
     timeOfDay_ = [] { return QTime::currentTime(); };
+    static const bool readable = (QAccessible::installFactory(dayViewAccessible), true);
+    (void)readable;
     SchedulerWidgets& w = control_->widgets();
     for (int i = 0; i < kColumns; ++i)
         dayViews_[static_cast<std::size_t>(i)] =
@@ -91,24 +128,33 @@ void SchedulerWidget::build() {
         }
         view.widget()->setObjectName(QString::fromStdString(f->name));
         view.widget()->installEventFilter(this);
-        if (!f->label.empty()) view.label = new QLabel(QString::fromStdString(f->label), this);
+        if (!f->label.empty()) {
+            view.label = new QLabel(QString::fromStdString(f->label), this);
+            view.label->setBuddy(view.widget());
+        }
+        const auto spoken = kSpokenFields.find(f->name);
+        view.widget()->setAccessibleName(spoken != kSpokenFields.end() ? spoken->second
+                                                                        : QString::fromStdString(f->label));
         fields_.push_back(view);
     }
 
-    auto list = [this](PickList& model) {
+    auto list = [this](PickList& model, const QString& spoken) {
         auto* box = new QComboBox(this);
         box->setObjectName(QString::fromStdString(model.name));
+        box->setAccessibleName(spoken);
         connect(box, &QComboBox::activated, this,
                 [this, &model](int index) { runGesture([&] { model.userPick(index); }); });
         lists_.push_back({&model, box});
     };
     for (int i = 0; i < kColumns; ++i) {
-        list(w.cmbResourceCatType[static_cast<std::size_t>(i)]);
-        list(w.cmbDayIncrement[static_cast<std::size_t>(i)]);
-        list(w.cmbResource[static_cast<std::size_t>(i)]);
+        const auto at = static_cast<std::size_t>(i);
+        const QString column = QStringLiteral("Column %1 ").arg(i + 1);
+        list(w.cmbResourceCatType[at], column + QStringLiteral("resource kind"));
+        list(w.cmbDayIncrement[at], column + QStringLiteral("minutes per slot"));
+        list(w.cmbResource[at], column + QStringLiteral("resource"));
     }
-    list(w.cmbNumOfSchedules);
-    list(w.cmbResourceGroup);
+    list(w.cmbNumOfSchedules, QStringLiteral("Number of columns shown"));
+    list(w.cmbResourceGroup, QStringLiteral("Resource group"));
 
     const std::pair<Button*, QStyle::StandardPixmap> buttons[] = {
         {&w.cmdPatientSearch, QStyle::SP_FileDialogContentsView},
@@ -131,6 +177,11 @@ void SchedulerWidget::build() {
         auto* b = new QPushButton(this);
         b->setObjectName(QString::fromStdString(model->name));
         b->setFocusPolicy(Qt::TabFocus);
+        const auto spoken = kSpokenButtons.find(model->name);
+        const QString caption = QString::fromStdString(model->caption);
+        b->setAccessibleName(spoken != kSpokenButtons.end() ? spoken->second
+                             : caption.isEmpty() || caption == QStringLiteral("...") ? spokenToolTip(model->toolTipText)
+                                                                                       : caption);
         connect(b, &QPushButton::clicked, this,
                 [this, model = model] { runGesture([&] { model->userClick(); }); });
         buttons_.push_back({model, b, icon});
@@ -138,15 +189,24 @@ void SchedulerWidget::build() {
 
     calendar_ = new QCalendarWidget(this);
     calendar_->setObjectName(QStringLiteral("calCalendar"));
+    calendar_->setAccessibleName(QStringLiteral("Date"));
     calendar_->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     calendar_->setHorizontalHeaderFormat(QCalendarWidget::SingleLetterDayNames);
     calendar_->setGridVisible(false);
+    // The calendar's own month buttons show only arrows.
+    for (const auto& [name, spoken] : {std::pair{"qt_calendar_prevmonth", "Previous month"},
+                                       std::pair{"qt_calendar_nextmonth", "Next month"}})
+        if (auto* arrow = calendar_->findChild<QWidget*>(QLatin1String(name))) {
+            arrow->setAccessibleName(QLatin1String(spoken));
+            arrow->setToolTip(QLatin1String(spoken));
+        }
     connect(calendar_, &QCalendarWidget::clicked, this, [this](QDate date) {
         runGesture([&] { control_->widgets().calCalendar->userPick(oleDateOf(date)); });
     });
 
     columnScroll_ = new QScrollBar(Qt::Horizontal, this);
     columnScroll_->setObjectName(QStringLiteral("sbSchedule"));
+    columnScroll_->setAccessibleName(QStringLiteral("Columns"));
     connect(columnScroll_, &QScrollBar::valueChanged, this, [this](int value) {
         if (syncing_) return;
         runGesture([&] { control_->widgets().sbSchedule.userScroll(static_cast<std::int16_t>(value)); });
@@ -260,6 +320,8 @@ void SchedulerWidget::refresh() {
     syncScrollBar();
     syncing_ = false;
     syncFocus();
+    for (DayViewWidget* v : dayViews_)
+        v->announceFocus();
 }
 
 void SchedulerWidget::syncFields() {
@@ -309,7 +371,7 @@ void SchedulerWidget::syncLists() {
         v.box->setGeometry(pixelRect(m));
         v.box->setVisible(m.visible && m.width > 0);
         v.box->setEnabled(m.enabled);
-        v.box->setToolTip(QString::fromStdString(m.toolTipText));
+        v.box->setToolTip(m.toolTipText.empty() ? v.box->accessibleName() : QString::fromStdString(m.toolTipText));
     }
 }
 
@@ -318,7 +380,8 @@ void SchedulerWidget::syncButtons() {
         const Button& m = *v.model;
         v.button->setText(QString::fromStdString(m.caption));
         if (m.caption.empty()) v.button->setIcon(style()->standardIcon(v.icon));
-        v.button->setToolTip(QString::fromStdString(m.toolTipText));
+        // A button without a tip of its own shows the name a reader hears.
+        v.button->setToolTip(m.toolTipText.empty() ? v.button->accessibleName() : QString::fromStdString(m.toolTipText));
         v.button->setGeometry(pixelRect(m));
         v.button->setVisible(m.visible);
         v.button->setEnabled(m.enabled);

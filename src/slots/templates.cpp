@@ -134,4 +134,22 @@ void ctlScheduler::replayTemplates(int index) {
     }
 }
 
+std::string ctlScheduler::templateAt(int index, OleDate timeOfDay) const {
+    if (index < 0 || index >= kColumns) return {};
+    const auto column = static_cast<std::size_t>(index);
+    const auto& fields = (*state_.varResourceTemplates)[column];
+    const int minute = minuteOfDay(timeOfDay);
+    for (int row = std::min<int>(state_.intTemplateCount[column], kTemplatesPerColumn) - 1; row >= 0; --row) {
+        const auto r = static_cast<std::size_t>(row);
+        const Variant& start = fields[kStart][r];
+        const Variant& end = fields[kEnd][r];
+        if (start.type() != VariantType::Date || end.type() != VariantType::Date) continue;
+        const int from = minuteOfDay(start.toDate());
+        const int to = minuteOfDay(end.toDate());
+        // An end at midnight closes the day.
+        if (from <= minute && minute < (to == 0 ? 24 * 60 : to)) return fields[kDescription][r].toString();
+    }
+    return {};
+}
+
 } // namespace quorvane

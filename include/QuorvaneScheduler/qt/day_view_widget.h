@@ -14,9 +14,13 @@
 #include <QTime>
 #include <QWidget>
 
+#include <map>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <QLineEdit>
+class QAccessibleInterface;
 class QPainter;
 class QScrollBar;
 
@@ -47,8 +51,10 @@ class DayViewWidget : public QWidget {
 
 public:
     DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent);
+    ~DayViewWidget() override;
 
     PVDayView& view() const { return *view_; }
+    SchedulerWidget& owner() const { return owner_; }
     // A point of the widget in the view's pixels, and back.
     QPoint toView(const QPointF& p) const;
     QPoint fromView(QPoint viewPoint) const;
@@ -59,6 +65,18 @@ public:
     // Reads TopIndex and the slot length into the scroll bar.
     void syncScrollBar();
 
+    // What a screen reader walks: the slots shown, top to bottom, then the
+    // appointments in time order; a slot is (0, its minute of the day), an
+    // appointment (1, its key).
+    using Part = std::pair<int, int>;
+    std::vector<Part> accessibleParts() const;
+    // The part the keys act on: the selected appointment, else the selected slot.
+    Part focusedPart() const;
+    // A part's accessible interface, made once and kept while the widget lives.
+    QAccessibleInterface* partInterface(Part part) const;
+    // Tells a reader the focused part, when it changed since it was last told.
+    void announceFocus();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -68,6 +86,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
@@ -91,6 +111,7 @@ private:
     void scrollRows(int rows);
     double scaleX() const;
     double scaleY() const;
+    void forgetParts();
 
     SchedulerWidget& owner_;
     DayViewRef view_;
@@ -106,6 +127,9 @@ private:
     OleDate resizeEnd_;
     QPointer<DayViewWidget> dropTarget_;
     std::optional<OleDate> dropStart_;
+
+    mutable std::map<Part, unsigned> partIds_; // accessible interfaces of the parts, by id
+    std::optional<Part> announced_;
 };
 
 } // namespace quorvane

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Runs a command in an assistive-technology session of its own: a virtual X
+# display, a D-Bus session bus, and the AT-SPI bus with its registry, all
+# stopped when the command ends. Qt's AT-SPI bridge needs a real X display,
+# and is kept on without a screen reader asking for it. Exits 77, which ctest
+# counts as skipped, naming a package that is missing.
+set -euo pipefail
+need() { echo "skipped: $1 is not installed (Debian package $2)"; exit 77; }
+command -v Xvfb >/dev/null || need Xvfb xvfb
+command -v dbus-run-session >/dev/null || need dbus-run-session dbus
+[ -x /usr/libexec/at-spi-bus-launcher ] || need at-spi-bus-launcher at-spi2-core
+/usr/bin/python3 -c 'import pyatspi' 2>/dev/null || need pyatspi python3-pyatspi
+
+if [ "${QUORVANE_IN_SESSION:-}" != 1 ]; then
+  work=$(mktemp -d)
+  display=""
+  for n in $(seq 91 160); do
+    if [ ! -e /tmp/.X11-unix/X$n ] && [ ! -e /tmp/.X$n-lock ]; then display=$n; break; fi
+  done
+  [ -n "$display" ] || { echo "no free X display number"; exit 1; }
+  Xvfb :$display -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+  xvfb=$!
+  trap 'kill $xvfb 2>/dev/null; wait $xvfb 2>/dev/null; rm -rf "$work"' EXIT
+  for _ in $(seq 100); do [ -e /tmp/.X11-unix/X$display ] && break; sleep 0.05; done
+  export DISPLAY=:$display XDG_RUNTIME_DIR=$work QUORVANE_IN_SESSION=1
+  status=0
+  dbus-run-session -- "$0" "$@" || status=$?
+  exit $status
+fi
+
+/usr/libexec/at-spi-bus-launcher --launch-immediately >/dev/null 2>&1 &
+launcher=$!
+trap 'kill $launcher 2>/dev/null; wait $launcher 2>/dev/null' EXIT
+for _ in $(seq 100); do
+  dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress >/dev/null 2>&1 && break
+  sleep 0.05
+done
+export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 QT_ACCESSIBILITY=1
+"$@"
