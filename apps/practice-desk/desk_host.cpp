@@ -24,7 +24,7 @@ struct StatusColour {
 };
 const StatusColour kStatusColours[] = {
     {"ccScheduled", "Scheduled", 0xFFE0C0},     {"ccConfirmed", "Confirmed", 0xC0FFC0},
-    {"ccCheckedIn", "Checked-In", 0x80E0FF},    {"ccCheckedOut", "Checked-Out", 0xD0D0D0},
+    {"ccCheckedIn", "Checked-In", 0x80E0FF},    {"ccCheckedOut", "Checked-Out", 0xF0C8D8},
     {"ccNoShow", "No-Show", 0x8080FF},          {"ccCancelled", "Cancelled", 0xA0A0A0},
 };
 

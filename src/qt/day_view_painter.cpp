@@ -8,6 +8,8 @@
 
 #include <QPainter>
 
+#include <cmath>
+
 namespace quorvane {
 
 namespace {
@@ -16,7 +18,8 @@ const QColor kGridLine(0xd8, 0xd8, 0xd8);
 const QColor kHourLine(0xa8, 0xa8, 0xa8);
 const QColor kRulerBack(0xf0, 0xf0, 0xf0);
 const QColor kRulerText(0x40, 0x40, 0x40);
-const QColor kSelectedSlot(0xc6, 0xde, 0xff);
+const QColor kSelectedSlot(0x8a, 0xb8, 0xff);
+const QColor kFocusRing(0x0b, 0x3d, 0x91);
 const QColor kAppointmentBorder(0x50, 0x50, 0x50);
 const QColor kNowLine(0xd0, 0x20, 0x20);
 const QColor kBelowGrid(0xe4, 0xe4, 0xe4);
@@ -115,11 +118,43 @@ void paintRuler(QPainter& p, const PVDayView& view, int top, int rows) {
     }
 }
 
-void paintAppointment(QPainter& p, const PVDayView::Box& box) {
+// A frame of dashes: the mark of a block nobody has stored yet.
+void dashedFrame(QPainter& p, const QRect& r, const QColor& c) {
+    for (int x = r.left(); x <= r.right(); x += 6) {
+        const int w = std::min(3, r.right() + 1 - x);
+        p.fillRect(QRect(x, r.top(), w, 1), c);
+        p.fillRect(QRect(x, r.bottom(), w, 1), c);
+    }
+    for (int y = r.top(); y <= r.bottom(); y += 6) {
+        const int h = std::min(3, r.bottom() + 1 - y);
+        p.fillRect(QRect(r.left(), y, 1, h), c);
+        p.fillRect(QRect(r.right(), y, 1, h), c);
+    }
+}
+
+// Two pixels of the focus colour around a rectangle, inside it.
+void focusRing(QPainter& p, const QRect& r) {
+    frame(p, r, kFocusRing);
+    frame(p, r.adjusted(1, 1, -1, -1), kFocusRing);
+}
+
+double luminance(const QColor& c) {
+    auto channel = [](double v) { return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+}
+
+void paintAppointment(QPainter& p, const PVDayView::Box& box, const DayViewDecor& decor) {
     const Appointment& app = *box.app;
     const QRect r(box.left, box.top, box.right - box.left, box.bottom - box.top);
-    p.fillRect(r, qColorOf(app.BackColor));
-    frame(p, r, kAppointmentBorder);
+    const QColor back = qColorOf(app.BackColor);
+    p.fillRect(r, back);
+    const bool struck = decor.struckOut && decor.struckOut(app);
+    if (struck) p.fillRect(QRect(r.left(), r.top(), std::min(6, r.width()), r.height()),
+                           QBrush(textColourOn(back), Qt::BDiagPattern));
+    if (app.Tag.empty())
+        dashedFrame(p, r, kAppointmentBorder);
+    else
+        frame(p, r, kAppointmentBorder);
     if (app.Selected()) {
         // A second frame inside the first, and a grip on the bottom edge where
         // a resize takes it.
@@ -127,15 +162,22 @@ void paintAppointment(QPainter& p, const PVDayView::Box& box) {
         if (box.endShown && r.width() > 12)
             p.fillRect(QRect(r.center().x() - 4, r.bottom() - 2, 8, 2), Qt::black);
     }
-    const QColor back = qColorOf(app.BackColor);
-    p.setPen(back.lightness() < 110 ? Qt::white : Qt::black);
-    const QRect textRect = r.adjusted(kPadding, 1, -kPadding, -1);
+    if (decor.focusAppointment == app.Key()) focusRing(p, r.adjusted(2, 2, -2, -2));
+    p.setPen(textColourOn(back));
+    const QRect textRect = r.adjusted(struck ? kPadding + 5 : kPadding, 1, -kPadding, -1);
     if (textRect.width() <= 0 || textRect.height() <= 0) return;
     const QString text = QString::fromStdString(app.Text);
     const QString times = timeText(app.StartDateTime) + QStringLiteral("-") + timeText(app.EndDateTime);
     const QString shown =
         textRect.height() >= 2 * p.fontMetrics().height() ? text + QLatin1Char('\n') + times : text;
+    const QFont plain = p.font();
+    if (struck) {
+        QFont strike = plain;
+        strike.setStrikeOut(true);
+        p.setFont(strike);
+    }
     p.drawText(textRect, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown);
+    p.setFont(plain);
 }
 
 void paintPreview(QPainter& p, const PVDayView& view, const DayViewDecor::Preview& preview, int bottom) {
@@ -158,6 +200,14 @@ void paintPreview(QPainter& p, const PVDayView& view, const DayViewDecor::Previe
 }
 
 } // namespace
+
+QColor textColourOn(const QColor& fill) {
+    // The contrast ratio of black on the fill against that of white on it.
+    const double l = luminance(fill);
+    return (l + 0.05) / 0.05 >= 1.05 / (l + 0.05) ? QColor(Qt::black) : QColor(Qt::white);
+}
+
+QColor selectedSlotColour() { return kSelectedSlot; }
 
 QColor qColorOf(std::int32_t value) {
     const auto v = static_cast<std::uint32_t>(value);
@@ -195,7 +245,14 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
     font.setPixelSize(11);
     p.setFont(font);
     for (const PVDayView::Box& box : view.appointmentBoxes())
-        paintAppointment(p, box);
+        paintAppointment(p, box, decor);
+    // Over the appointments, so a slot they cover still shows it has the focus.
+    if (decor.focusSlot && rows > 0) {
+        const int y = view.pixelOfMinute(*decor.focusSlot);
+        if (y >= 0 && y < bottom)
+            focusRing(p, QRect(PVDayView::kRulerPixels, y, width - decor.coveredRight - PVDayView::kRulerPixels,
+                               PVDayView::kRowPixels + 1));
+    }
     if (decor.preview) paintPreview(p, view, *decor.preview, bottom);
     if (decor.nowMinute) {
         const int y = view.pixelOfMinute(*decor.nowMinute);

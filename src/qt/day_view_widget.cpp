@@ -111,6 +111,19 @@ void DayViewWidget::paintEvent(QPaintEvent*) {
         const QTime now = owner_.timeOfDay();
         decor.nowMinute = now.hour() * 60 + now.minute();
     }
+    if (hasFocus()) {
+        const Part focus = focusedPart();
+        if (focus.first == 0)
+            decor.focusSlot = focus.second;
+        else
+            decor.focusAppointment = focus.second;
+        decor.coveredRight = static_cast<int>(std::ceil(kScrollBarWidth / scaleX()));
+    }
+    decor.struckOut = [this](const Appointment& app) {
+        const AppointmentRef ref = view_->appointmentSet().Item(app.Key());
+        const std::string status = ref ? owner_.control().GetStatus(ref) : std::string();
+        return status == "Cancelled" || status == "No-Show";
+    };
     paintDayView(p, *view_, decor);
 }
 

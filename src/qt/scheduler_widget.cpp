@@ -152,6 +152,10 @@ void SchedulerWidget::build() {
         list(w.cmbResourceCatType[at], column + QStringLiteral("resource kind"));
         list(w.cmbDayIncrement[at], column + QStringLiteral("minutes per slot"));
         list(w.cmbResource[at], column + QStringLiteral("resource"));
+        resourceBoxes_[at] = lists_.back().box;
+        dateHeaders_[at] = new QLabel(this);
+        dateHeaders_[at]->setObjectName(QStringLiteral("dateHeader(%1)").arg(i));
+        dateHeaders_[at]->setAlignment(Qt::AlignCenter);
     }
     list(w.cmbNumOfSchedules, QStringLiteral("Number of columns shown"));
     list(w.cmbResourceGroup, QStringLiteral("Resource group"));
@@ -314,6 +318,7 @@ void SchedulerWidget::refresh() {
         v->update();
     }
     syncLists();
+    syncDateHeaders();
     syncFields();
     syncButtons();
     syncCalendar();
@@ -322,6 +327,33 @@ void SchedulerWidget::refresh() {
     syncFocus();
     for (DayViewWidget* v : dayViews_)
         v->announceFocus();
+}
+
+// The date of each column stands at the right end of its resource list, so
+// columns on different dates are told apart at a glance; today's is marked in
+// words as well as in colour. A column too narrow for it shows none.
+void SchedulerWidget::syncDateHeaders() {
+    const QLocale english(QLocale::English);
+    const OleDate today = platform().clock.today();
+    for (std::size_t i = 0; i < dateHeaders_.size(); ++i) {
+        QLabel* header = dateHeaders_[i];
+        const PVDayView& view = dayViews_[i]->view();
+        const PickList& list = control_->widgets().cmbResource[i];
+        const QDate date = qDateOf(view.CurrentDate());
+        const bool isToday = view.CurrentDate() == today;
+        header->setText((isToday ? QStringLiteral("Today ") : QString()) + english.toString(date, QStringLiteral("ddd M/d")));
+        header->setAccessibleName(english.toString(date, QStringLiteral("dddd, MMMM d, yyyy")) +
+                                  (isToday ? QStringLiteral(", today") : QString()));
+        header->setStyleSheet(isToday ? QStringLiteral("QLabel { background: #0b3d91; color: white; font-weight: bold; }")
+                                      : QStringLiteral("QLabel { background: #e8e8e8; color: black; }"));
+        const QRect box = resourceBoxes_[i]->geometry();
+        const int width = header->fontMetrics().horizontalAdvance(header->text()) + 14;
+        const bool shown = view.Visible && list.visible && list.width > 0 && date.isValid() && box.width() >= width + 48;
+        header->setVisible(shown);
+        if (!shown) continue;
+        header->setGeometry(box.right() + 1 - width, box.top(), width, box.height());
+        resourceBoxes_[i]->setGeometry(box.adjusted(0, 0, -width - 2, 0));
+    }
 }
 
 void SchedulerWidget::syncFields() {

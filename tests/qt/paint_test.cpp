@@ -25,7 +25,7 @@ TEST_F(WindowTest, PixelsAtKnownPointsAtBothRatios) {
     const struct { const char* what; QPoint at; QColor color; } probes[] = {
         {"lunch template cell", inWindow(0, at(0, 12, 30)), QColor(0xC0, 0xC0, 0xC0)},
         {"appointment box", point(1, grace.right - 3, grace.bottom - 3), QColor(0, 255, 0)},
-        {"selected slot", inWindow(1, at(1, 16, 0)), QColor(0xc6, 0xde, 0xff)},
+        {"selected slot", inWindow(1, at(1, 16, 0)), selectedSlotColour()},
         {"current time", point(1, grace.right + 2, nowRow), QColor(0xd0, 0x20, 0x20)},
         {"bare cell in business hours", inWindow(0, at(0, 16, 30)), QColor(Qt::white)},
         {"template cell of the second column", point(1, grace.left + 5, 5), QColor(0xFF, 0xE0, 0xA0)},

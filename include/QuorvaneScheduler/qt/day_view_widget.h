@@ -15,6 +15,7 @@
 #include <QWidget>
 
 #include <map>
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -38,10 +39,23 @@ struct DayViewDecor {
     };
     std::optional<Preview> preview;
     std::optional<int> nowMinute; // minute of the day, when the view shows today
+    // What the keyboard acts on, ringed: a slot by its minute of the day, or
+    // an appointment by its key.
+    std::optional<int> focusSlot;
+    std::optional<std::int32_t> focusAppointment;
+    int coveredRight = 0; // view pixels at the right that a scroll bar covers
+    // Appointments whose visit will not happen (cancelled, no-show): their
+    // text is struck through and their left edge hatched, so colour is not
+    // the only sign.
+    std::function<bool(const Appointment&)> struckOut;
 };
 
 // Paints a view at its own pixel size, from its top left corner.
 void paintDayView(QPainter& painter, const PVDayView& view, const DayViewDecor& decor);
+// The text drawn on a fill: black or white, whichever contrasts more.
+QColor textColourOn(const QColor& fill);
+// The fill of a selected slot, told apart from every status colour.
+QColor selectedSlotColour();
 
 // A colour value of the platform (red + 256 green + 65536 blue, or a system colour).
 QColor qColorOf(std::int32_t value);

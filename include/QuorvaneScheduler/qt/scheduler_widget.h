@@ -31,6 +31,8 @@
 #include <memory>
 
 class QCalendarWidget;
+class QComboBox;
+class QLabel;
 class QScrollBar;
 
 namespace quorvane {
@@ -166,6 +168,7 @@ private:
     void syncButtons();
     void syncCalendar();
     void syncScrollBar();
+    void syncDateHeaders();
     void syncFocus();
     QRect pixelRect(const WidgetBase& w) const;
     QRect pixelRect(float left, float top, float width, float height) const;
@@ -182,6 +185,9 @@ private:
     MessageBoxService* previousBoxes_ = nullptr; // given back when the window goes
 
     std::array<DayViewWidget*, kColumns> dayViews_{};
+    // Each column's date, at the right of its resource list.
+    std::array<QLabel*, kColumns> dateHeaders_{};
+    std::array<QComboBox*, kColumns> resourceBoxes_{};
     std::vector<FieldView> fields_;
     std::vector<ListView> lists_;
     std::vector<ButtonView> buttons_;

@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
@@ -73,6 +74,10 @@ TEST(DeskWindowOnAFile, AReaderHearsTheGridAndEveryControlByName) {
     ASSERT_TRUE(focused);
     EXPECT_EQ(focused->text(QAccessible::Name), "8:15 AM, free");
     EXPECT_TRUE(focused->state().focused && focused->state().selected);
+    if (const QString folder = qEnvironmentVariable("QUORVANE_SCREENSHOTS"); !folder.isEmpty()) {
+        QDir().mkpath(folder);
+        desk.grab().save(QDir(folder).filePath("desk-focused-slot.png"));
+    }
     QTest::keyClick(&day, Qt::Key_Tab);
     user.settle();
     EXPECT_EQ(table->focusChild()->text(QAccessible::Name), "Ada Byron (R), 8:00 AM to 8:30 AM, Scheduled");

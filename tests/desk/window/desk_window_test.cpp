@@ -4,6 +4,8 @@
 #include "../pg_server.h"
 #include "desk_window.h"
 
+#include <QuorvaneScheduler/qt/day_view_widget.h>
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -13,6 +15,9 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
 
 using namespace quorvane;
 
@@ -34,6 +39,31 @@ void screenshot(QWidget& w, const char* name) {
     if (folder.isEmpty()) return;
     QDir().mkpath(folder);
     w.grab().save(QDir(folder).filePath(name));
+}
+
+double linear(double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); }
+
+double contrast(const QColor& a, const QColor& b) {
+    auto lum = [](const QColor& c) {
+        return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+    };
+    const double x = lum(a) + 0.05, y = lum(b) + 0.05;
+    return std::max(x, y) / std::min(x, y);
+}
+
+// CIE L*a*b* under D65, and the distance between two colours there.
+std::array<double, 3> lab(const QColor& c) {
+    const double r = linear(c.redF()), g = linear(c.greenF()), b = linear(c.blueF());
+    auto f = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116; };
+    const double fx = f((0.4124 * r + 0.3576 * g + 0.1805 * b) / 0.95047);
+    const double fy = f(0.2126 * r + 0.7152 * g + 0.0722 * b);
+    const double fz = f((0.0193 * r + 0.1192 * g + 0.9505 * b) / 1.08883);
+    return {116 * fy - 16, 500 * (fx - fy), 200 * (fy - fz)};
+}
+
+double deltaE(const QColor& a, const QColor& b) {
+    const auto p = lab(a), q = lab(b);
+    return std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]);
 }
 
 // An idle window learns within seconds that its server went away, says so in
@@ -97,8 +127,14 @@ TEST(DeskWindowOnAFile, TheColourKeyNamesEveryStatusAndBlock) {
     auto* legend = desk.findChild<QWidget*>("legend");
     ASSERT_TRUE(legend);
     QStringList names;
-    for (const QLabel* row : legend->findChildren<QLabel*>("legendRow"))
+    for (const QLabel* row : legend->findChildren<QLabel*>("legendRow")) {
         names << row->text();
+        // Text on the colour is readable (WCAG 2.1 AA), and a selected slot
+        // never looks like it (CIE76 colour difference).
+        const QColor colour(row->accessibleName().section(", ", -1));
+        EXPECT_GE(contrast(textColourOn(colour), colour), 4.5) << row->text().toStdString();
+        EXPECT_GE(deltaE(selectedSlotColour(), colour), 10.0) << row->text().toStdString();
+    }
     EXPECT_EQ(names.join(", "), "Scheduled, Confirmed, Checked-In, Checked-Out, No-Show, Cancelled, Lunch, Surgery");
     screenshot(*legend, "desk-legend.png");
 }
