@@ -168,8 +168,10 @@ void paintAppointment(QPainter& p, const PVDayView::Box& box, const DayViewDecor
     if (textRect.width() <= 0 || textRect.height() <= 0) return;
     const QString text = QString::fromStdString(app.Text);
     const QString times = timeText(app.StartDateTime) + QStringLiteral("-") + timeText(app.EndDateTime);
-    const QString shown =
-        textRect.height() >= 2 * p.fontMetrics().height() ? text + QLatin1Char('\n') + times : text;
+    // A box of one line shows as much of the text as fits, and says it was cut.
+    const QString shown = textRect.height() >= 2 * p.fontMetrics().height()
+                              ? text + QLatin1Char('\n') + times
+                              : p.fontMetrics().elidedText(text, Qt::ElideRight, textRect.width());
     const QFont plain = p.font();
     if (struck) {
         QFont strike = plain;
@@ -244,8 +246,17 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
     QFont font = p.font();
     font.setPixelSize(11);
     p.setFont(font);
-    for (const PVDayView::Box& box : view.appointmentBoxes())
+    const auto [laneLeft, laneRight] = view.appointmentColumns();
+    for (PVDayView::Box box : view.appointmentBoxes()) {
+        // A day of the week is only read, never clicked on: its blocks take
+        // the day's whole width, so names stay readable in a narrow day.
+        if (view.weekDay && laneRight > laneLeft) {
+            const int full = width - 1 - PVDayView::kRulerPixels, lanes = laneRight - laneLeft;
+            box.left = PVDayView::kRulerPixels + (box.left - laneLeft) * full / lanes;
+            box.right = PVDayView::kRulerPixels + (box.right - laneLeft) * full / lanes;
+        }
         paintAppointment(p, box, decor);
+    }
     // Over the appointments, so a slot they cover still shows it has the focus.
     if (decor.focusSlot && rows > 0) {
         const int y = view.pixelOfMinute(*decor.focusSlot);

@@ -10,10 +10,12 @@
 
 #include <QDialog>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 namespace quorvane {
@@ -33,6 +35,20 @@ protected:
         // The form sizes its days; the day's pixels are 15 twips each.
         day_.Width = static_cast<float>(width() * 15);
         day_.Height = static_cast<float>(height() * 15);
+    }
+    bool event(QEvent* event) override {
+        // A name the block had to cut is read whole in its tool tip.
+        if (event->type() == QEvent::ToolTip) {
+            auto* help = static_cast<QHelpEvent*>(event);
+            for (const PVDayView::Box& b : day_.appointmentBoxes())
+                if (help->pos().y() >= b.top && help->pos().y() < b.bottom && help->pos().x() >= PVDayView::kRulerPixels) {
+                    QToolTip::showText(help->globalPos(), QString::fromStdString(b.app->Text), this);
+                    return true;
+                }
+            QToolTip::hideText();
+            return true;
+        }
+        return QWidget::event(event);
     }
     void paintEvent(QPaintEvent*) override {
         QPainter p(this);
@@ -98,7 +114,7 @@ void runWeekDialog(SchedulerWidget& owner, WeekViewForm& form) {
     layout->addLayout(top);
     layout->addLayout(days, 1);
     layout->addLayout(bottom);
-    dialog.resize(900, 560);
+    dialog.resize(1180, 600);
     dialog.exec();
 }
 

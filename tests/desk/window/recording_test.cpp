@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -79,6 +80,10 @@ const Case kCases[] = {
          QObject::connect(reader, &QTimer::timeout, [reader] {
              if (QWidget* week = QApplication::activeModalWidget()) {
                  reader->stop();
+                 if (const QString folder = qEnvironmentVariable("QUORVANE_SCREENSHOTS"); !folder.isEmpty()) {
+                     QDir().mkpath(folder);
+                     week->grab().save(QDir(folder).filePath("desk-week.png"));
+                 }
                  QTest::mouseClick(week->findChild<QWidget*>("cmdClose"), Qt::LeftButton);
              }
          });
