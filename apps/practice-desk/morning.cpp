@@ -82,6 +82,46 @@ void DeskUser::choose(const char* list, int steps) {
     settle();
 }
 
+void DeskUser::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    // A window manager gives the window back its focus when its dialog
+    // closes; the offscreen platform has none to do it.
+    if (!QApplication::focusWidget() && !QApplication::activeModalWidget()) {
+        desk_.activateWindow();
+        (void)QTest::qWaitForWindowActive(&desk_);
+    }
+    if (QWidget* focus = QApplication::focusWidget()) QTest::keyClick(focus, key, modifiers);
+    settle();
+}
+
+bool DeskUser::tabTo(int column) {
+    QWidget* grid = desk_.scheduler().dayView(column);
+    for (int i = 0; i < 80 && QApplication::focusWidget() != grid; ++i) {
+        key(Qt::Key_Tab);
+    }
+    return QApplication::focusWidget() == grid;
+}
+
+bool DeskUser::pickByKeys(const char* item) {
+    QMenu* menu = desk_.scheduler().openMenu();
+    for (int i = 0; menu && i < 60; ++i) {
+        QAction* active = menu->activeAction();
+        if (active && active->objectName() == QLatin1String(item)) {
+            QTest::keyClick(menu, Qt::Key_Return);
+            settle();
+            return true;
+        }
+        QMenu* sub = active ? active->menu() : nullptr;
+        if (sub && sub->findChild<QAction*>(item)) {
+            QTest::keyClick(menu, Qt::Key_Right);
+            settle();
+            menu = sub;
+            continue;
+        }
+        QTest::keyClick(menu, Qt::Key_Down);
+    }
+    return false;
+}
+
 namespace {
 
 class Morning : DeskUser {

@@ -25,6 +25,14 @@ public:
     // Moves a pick list's selection down by `steps` items with the keyboard.
     void choose(const char* list, int steps);
 
+    // The keyboard alone. A key goes where the focus is.
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    // Tab until the focus stands on a column's grid; false if it never does.
+    bool tabTo(int column);
+    // Walks the open context menu with the arrow keys to an item, into its
+    // submenu if it lies there, and takes it with Return.
+    bool pickByKeys(const char* item);
+
 private:
     DeskWindow& desk_;
 };

@@ -128,6 +128,7 @@ void DayViewWidget::paintEvent(QPaintEvent*) {
 }
 
 void DayViewWidget::mousePressEvent(QMouseEvent* event) {
+    owner_.keysOnGrid_ = false;
     if (editor_) commitEditor();
     const QPoint v = toView(event->position());
     owner_.lastPressGlobal_ = event->globalPosition().toPoint();
@@ -391,6 +392,7 @@ DayViewWidget* DayViewWidget::neighbour(int by) const {
 bool DayViewWidget::keyboard(QKeyEvent* event) {
     QPointer<DayViewWidget> stay = this;
     const bool taken = takeKey(event, stay);
+    if (taken) owner_.keysOnGrid_ = true;
     if (taken && stay && stay->isVisible() && stay->isEnabled()) stay->setFocus(Qt::OtherFocusReason);
     return taken;
 }
@@ -413,6 +415,7 @@ bool DayViewWidget::takeKey(QKeyEvent* event, QPointer<DayViewWidget>& stay) {
         selectMinute((end == 0 ? kMinutesPerDay : end) - step);
     } else if ((key == Qt::Key_Left || key == Qt::Key_Right) && mods == Qt::NoModifier) {
         if (DayViewWidget* next = neighbour(key == Qt::Key_Left ? -1 : 1)) {
+            owner_.revealColumn(*next);
             stay = next;
             next->setFocus(Qt::OtherFocusReason);
             next->selectMinute(focusMinute());
@@ -427,6 +430,7 @@ bool DayViewWidget::takeKey(QKeyEvent* event, QPointer<DayViewWidget>& stay) {
     } else if ((key == Qt::Key_Left || key == Qt::Key_Right) && mods == Qt::ControlModifier && app) {
         DayViewWidget* next = neighbour(key == Qt::Key_Left ? -1 : 1);
         if (!next) return true;
+        owner_.revealColumn(*next);
         const std::int32_t k = app->Key();
         const int start = minuteOfDay(app->StartDateTime);
         owner_.runGesture([&] {
@@ -471,6 +475,7 @@ bool DayViewWidget::focusNextPrevChild(bool next) {
     else if (at != apps.end() && at != apps.begin())
         target = *(at - 1);
     if (!target) return QWidget::focusNextPrevChild(next);
+    owner_.keysOnGrid_ = true;
     const std::int32_t k = target->Key();
     owner_.runGesture([&] {
         showMinute(minuteOfDay(target->StartDateTime));

@@ -11,6 +11,7 @@
 #include "qt/week_dialog.h"
 #include "qt/widget_views.h"
 
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QFocusEvent>
@@ -118,6 +119,9 @@ void SchedulerWidget::build() {
         FieldView view{f, nullptr, nullptr, nullptr};
         if (f->multiLine) {
             view.text = new QPlainTextEdit(this);
+            // Tab leaves the field, as in every other field: a keyboard user
+            // must be able to get out of it.
+            view.text->setTabChangesFocus(true);
             connect(view.text, &QPlainTextEdit::textChanged, this, [this, f, edit = view.text] {
                 if (!syncing_) runGesture([&] { f->userType(edit->toPlainText().toStdString()); });
             });
@@ -456,8 +460,21 @@ void SchedulerWidget::syncFocus() {
     const std::string& active = platform().container.activeControl();
     if (active == lastActive_) return;
     lastActive_ = active;
+    if (keysOnGrid_ && qobject_cast<DayViewWidget*>(QApplication::focusWidget())) return;
     auto* target = findChild<QWidget*>(QString::fromStdString(active));
     if (target && target->isVisible() && target->isEnabled() && !target->hasFocus()) target->setFocus();
+}
+
+void SchedulerWidget::revealColumn(DayViewWidget& column) {
+    ScrollBar& sb = control_->widgets().sbSchedule;
+    for (int step = 0; step < kColumns && column.isVisible(); ++step) {
+        const QRect at = column.geometry();
+        const bool before = at.left() < 0, after = at.right() >= width();
+        if (!before && !after) return;
+        const auto to = static_cast<std::int16_t>(std::clamp<int>(sb.value + (before ? -1 : 1), sb.min, sb.max));
+        if (to == sb.value) return;
+        runGesture([&] { sb.userScroll(to); });
+    }
 }
 
 void SchedulerWidget::resizeEvent(QResizeEvent* event) {
@@ -490,6 +507,7 @@ bool SchedulerWidget::eventFilter(QObject* watched, QEvent* event) {
     } else if (event->type() == QEvent::FocusIn) {
         for (const FieldView& v : fields_)
             if (v.widget() == watched) {
+                keysOnGrid_ = false;
                 v.model->setFocus();
                 lastActive_ = v.model->name;
             }

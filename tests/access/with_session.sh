@@ -13,15 +13,24 @@ command -v dbus-run-session >/dev/null || need dbus-run-session dbus
 
 if [ "${QUORVANE_IN_SESSION:-}" != 1 ]; then
   work=$(mktemp -d)
+  # A display number drawn at random, and another if that one is taken:
+  # sessions started side by side never share one.
   display=""
-  for n in $(seq 91 160); do
-    if [ ! -e /tmp/.X11-unix/X$n ] && [ ! -e /tmp/.X$n-lock ]; then display=$n; break; fi
+  for _ in $(seq 20); do
+    n=$((100 + RANDOM % 800))
+    [ -e /tmp/.X$n-lock ] && continue
+    Xvfb :$n -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+    xvfb=$!
+    for _ in $(seq 100); do
+      [ -e /tmp/.X11-unix/X$n ] && kill -0 $xvfb 2>/dev/null && { display=$n; break; }
+      kill -0 $xvfb 2>/dev/null || break
+      sleep 0.05
+    done
+    [ -n "$display" ] && break
+    kill $xvfb 2>/dev/null || true
   done
-  [ -n "$display" ] || { echo "no free X display number"; exit 1; }
-  Xvfb :$display -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-  xvfb=$!
+  [ -n "$display" ] || { echo "Xvfb did not start:"; cat "$work/xvfb.log"; exit 1; }
   trap 'kill $xvfb 2>/dev/null; wait $xvfb 2>/dev/null; rm -rf "$work"' EXIT
-  for _ in $(seq 100); do [ -e /tmp/.X11-unix/X$display ] && break; sleep 0.05; done
   export DISPLAY=:$display XDG_RUNTIME_DIR=$work QUORVANE_IN_SESSION=1
   status=0
   dbus-run-session -- "$0" "$@" || status=$?
@@ -30,10 +39,13 @@ fi
 
 /usr/libexec/at-spi-bus-launcher --launch-immediately >/dev/null 2>&1 &
 launcher=$!
-trap 'kill $launcher 2>/dev/null; wait $launcher 2>/dev/null' EXIT
 for _ in $(seq 100); do
   dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress >/dev/null 2>&1 && break
   sleep 0.05
 done
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 QT_ACCESSIBILITY=1
-"$@"
+status=0
+"$@" || status=$?
+kill $launcher 2>/dev/null || true
+wait $launcher 2>/dev/null || true
+exit $status

@@ -170,6 +170,9 @@ private:
     void syncScrollBar();
     void syncDateHeaders();
     void syncFocus();
+    // Scrolls the columns, as the user's scroll, until a column stands
+    // whole inside the window.
+    void revealColumn(DayViewWidget& column);
     QRect pixelRect(const WidgetBase& w) const;
     QRect pixelRect(float left, float top, float width, float height) const;
     // A context menu the control asked for during a gesture; it opens when the gesture ends.
@@ -205,6 +208,10 @@ private:
     bool refreshPosted_ = false;
     std::string lastActive_;
     PopupMenu* pendingMenu_ = nullptr;
+    // The user works the grid by keys: a host that ends its busy phase with
+    // FocusControl names the pane, but the keyboard stays on the grid. A
+    // press of the mouse or a field taking the focus ends it.
+    bool keysOnGrid_ = false;
     QPoint pendingMenuPos_;
     QPointer<QMenu> openMenu_;
 

@@ -54,6 +54,23 @@ const Case kCases[] = {
          QTest::keyClicks(desk.scheduler().findChild<QWidget*>("txtAppComments"), "Late");
      },
      "event AddApptWithPatient(\"1\", \"501\")"},
+    // The keyboard alone: Ctrl+O, the grid by arrows, the menu by keys, a move
+    // to the next column and a longer visit by Ctrl and Shift arrows.
+    {"a booking by keys",
+     [](DeskWindow& desk, DeskUser& user, const QString&) {
+         desk.setNextPatient("5503");
+         desk.scheduler().findChild<QWidget*>("txtAppChiefComplaint")->setFocus();
+         user.key(Qt::Key_O, Qt::ControlModifier);
+         ASSERT_TRUE(user.tabTo(0));
+         user.key(Qt::Key_Home);
+         for (int i = 0; i < 12; ++i)
+             user.key(Qt::Key_Down);
+         user.key(Qt::Key_Menu);
+         ASSERT_TRUE(user.pickByKeys("mnoSchedulePatientGeneral"));
+         user.key(Qt::Key_Right, Qt::ControlModifier);
+         user.key(Qt::Key_Down, Qt::ShiftModifier);
+     },
+     "event ResourceAfterResize(\"502\", \"2\")"},
     // Another desk changed the appointment first: the move is refused, and the
     // desk reloads its columns once the control has finished the drag.
     {"a drag across columns that the desk refuses",
