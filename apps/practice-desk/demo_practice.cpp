@@ -130,12 +130,17 @@ void PracticeStore::seed(OleDate today) {
                     const OleDate start = quorvane::addMinutes(date, minute);
                     const OleDate end = quorvane::addMinutes(start, r.column == 3 ? 60 : 30);
                     const int p = (k * 7) % 30;
+                    // The kinds of visit of the column's menu, in turn.
+                    const QString value = r.value;
+                    const QString type = value == "501"   ? (i % 2 ? "9" : "7")
+                                         : value == "502" ? (i % 2 ? "12" : "11")
+                                         : value == "503" ? "20"
+                                                          : "";
                     exec(db_,
                          "INSERT INTO appointments (resource_value, start_at, end_at, description, "
-                         "patient_id, status, "
-                         "recurrence_id) VALUES (?, ?, ?, ?, ?, ?, ?)",
-                         {r.value, storedDate(start), storedDate(end), kPatients[p],
-                          QString::number(5501 + p), kStatuses[k % 8], k % 9 == 0 ? "77" : ""});
+                         "patient_id, status, recurrence_id, type_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+                         {r.value, storedDate(start), storedDate(end), kPatients[p], QString::number(5501 + p),
+                          kStatuses[k % 8], k % 9 == 0 ? "77" : "", type});
                 }
             }
         }

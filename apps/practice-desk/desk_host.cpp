@@ -468,6 +468,11 @@ QString DeskHost::notesOf(const Appointment& app) const {
         for (const StoredAppointment& a : day.appointments) {
             if (a.id != id) continue;
             QStringList notes;
+            // The kind of visit, by the caption the column's menu gives it.
+            for (const QString& entry : day.types.split('~', Qt::SkipEmptyParts)) {
+                const QStringList f = entry.split('|');
+                if (f.size() == 5 && !a.typeId.isEmpty() && f[4] == a.typeId) notes << "Type: " + f[0];
+            }
             if (!a.chiefComplaint.isEmpty()) notes << "Chief complaint: " + a.chiefComplaint;
             if (!a.comments.isEmpty()) notes << "Comments: " + a.comments;
             return notes.join('\n');

@@ -19,10 +19,12 @@ if [ "${QUORVANE_IN_SESSION:-}" != 1 ]; then
   for _ in $(seq 20); do
     n=$((100 + RANDOM % 800))
     [ -e /tmp/.X$n-lock ] && continue
-    Xvfb :$n -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+    # It writes its number to fd 3 once it takes connections.
+    rm -f "$work/ready"
+    Xvfb :$n -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$work/ready" >"$work/xvfb.log" 2>&1 &
     xvfb=$!
-    for _ in $(seq 100); do
-      [ -e /tmp/.X11-unix/X$n ] && kill -0 $xvfb 2>/dev/null && { display=$n; break; }
+    for _ in $(seq 200); do
+      [ -s "$work/ready" ] && { display=$n; break; }
       kill -0 $xvfb 2>/dev/null || break
       sleep 0.05
     done

@@ -82,7 +82,10 @@ TEST(DeskWindowOnAFile, AReaderHearsTheGridAndEveryControlByName) {
     user.settle();
     EXPECT_EQ(table->focusChild()->text(QAccessible::Name), "Ada Byron (R), 8:00 AM to 8:30 AM, Scheduled");
     EXPECT_EQ(table->focusChild()->role(), QAccessible::ListItem);
-    EXPECT_TRUE(table->focusChild()->text(QAccessible::Description).contains("Scheduled"));
+    // Its tool tip, which is its description, names status and type on the grid's clock.
+    const QString tip = table->focusChild()->text(QAccessible::Description);
+    EXPECT_TRUE(tip.contains("8:00 AM to 8:30 AM, Scheduled")) << tip.toStdString();
+    EXPECT_TRUE(tip.contains("Type: New Patient")) << tip.toStdString();
 
     // Every field, list and button a user can reach has a name, and a button
     // that shows a picture or "..." has a tool tip too.
