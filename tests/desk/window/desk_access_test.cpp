@@ -10,6 +10,7 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
@@ -74,9 +75,16 @@ TEST(DeskWindowOnAFile, AReaderHearsTheGridAndEveryControlByName) {
     ASSERT_TRUE(focused);
     EXPECT_EQ(focused->text(QAccessible::Name), "8:15 AM, free");
     EXPECT_TRUE(focused->state().focused && focused->state().selected);
+    // Each column's date stands over it, today's marked in words.
+    auto* header = desk.scheduler().findChild<QWidget*>("dateHeader(0)");
+    ASSERT_TRUE(header && header->isVisible());
+    EXPECT_EQ(qobject_cast<QLabel*>(header)->text(), "Today Mon 11/23");
+    EXPECT_EQ(header->accessibleName(), "Monday, November 23, 2026, today");
     if (const QString folder = qEnvironmentVariable("QUORVANE_SCREENSHOTS"); !folder.isEmpty()) {
         QDir().mkpath(folder);
         desk.grab().save(QDir(folder).filePath("desk-focused-slot.png"));
+        const QPoint at = header->mapTo(&desk, QPoint(0, 0));
+        desk.grab(QRect(0, at.y() - 26, desk.width(), header->height() + 90)).save(QDir(folder).filePath("desk-header.png"));
     }
     QTest::keyClick(&day, Qt::Key_Tab);
     user.settle();
