@@ -243,6 +243,13 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
         paintSelectionAndLines(p, view, top, rows, width);
         paintRuler(p, view, top, rows);
     }
+    // Under the appointments: the free strip beside them shows it whole.
+    if (decor.focusSlot && rows > 0) {
+        const int y = view.pixelOfMinute(*decor.focusSlot);
+        if (y >= 0 && y < bottom)
+            focusRing(p, QRect(PVDayView::kRulerPixels, y, width - decor.coveredRight - PVDayView::kRulerPixels,
+                               PVDayView::kRowPixels + 1));
+    }
     QFont font = p.font();
     font.setPixelSize(11);
     p.setFont(font);
@@ -256,13 +263,6 @@ void paintDayView(QPainter& p, const PVDayView& view, const DayViewDecor& decor)
             box.right = PVDayView::kRulerPixels + (box.right - laneLeft) * full / lanes;
         }
         paintAppointment(p, box, decor);
-    }
-    // Over the appointments, so a slot they cover still shows it has the focus.
-    if (decor.focusSlot && rows > 0) {
-        const int y = view.pixelOfMinute(*decor.focusSlot);
-        if (y >= 0 && y < bottom)
-            focusRing(p, QRect(PVDayView::kRulerPixels, y, width - decor.coveredRight - PVDayView::kRulerPixels,
-                               PVDayView::kRowPixels + 1));
     }
     if (decor.preview) paintPreview(p, view, *decor.preview, bottom);
     if (decor.nowMinute) {
