@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -278,6 +279,84 @@ public:
     Variant ResourceDate(int index) const;
     void setResourceDate(int index, const Variant& value);
 
+    // The text-field properties. Each getter gives its field's text; each setter
+    // sets it and reports the change under the property's name, as the same
+    // write by name does.
+    // The patient the panel shows, by the host's identifier.
+    const std::string& PatEID() const;
+    void setPatEID(const std::string& value);
+    // The patient panel. PatientLoaded applies what the host wrote here; setPatName also
+    // sets the name field's tool tip.
+    const std::string& PatName() const;
+    void setPatName(const std::string& value);
+    const std::string& PatHomePhone() const;
+    void setPatHomePhone(const std::string& value);
+    const std::string& PatHomePhoneExt() const;
+    void setPatHomePhoneExt(const std::string& value);
+    const std::string& PatWorkPhone() const;
+    void setPatWorkPhone(const std::string& value);
+    const std::string& PatWorkPhoneExt() const;
+    void setPatWorkPhoneExt(const std::string& value);
+    const std::string& PatOtherPhone() const;
+    void setPatOtherPhone(const std::string& value);
+    const std::string& PatOtherPhoneExt() const;
+    void setPatOtherPhoneExt(const std::string& value);
+    const std::string& PatPriIns() const;
+    void setPatPriIns(const std::string& value);
+    const std::string& PatSecIns() const;
+    void setPatSecIns(const std::string& value);
+    const std::string& PatChartNumber() const;
+    void setPatChartNumber(const std::string& value);
+    const std::string& PatPCP() const;
+    void setPatPCP(const std::string& value);
+    const std::string& PatBalance30() const;
+    void setPatBalance30(const std::string& value);
+    const std::string& PatBalance60() const;
+    void setPatBalance60(const std::string& value);
+    const std::string& PatBalance90() const;
+    void setPatBalance90(const std::string& value);
+    const std::string& PatBalance180() const;
+    void setPatBalance180(const std::string& value);
+    const std::string& PatSex() const;
+    void setPatSex(const std::string& value);
+    const std::string& PatDOB() const;
+    void setPatDOB(const std::string& value);
+    const std::string& PatPrimaryCoPay() const;
+    void setPatPrimaryCoPay(const std::string& value);
+    const std::string& PatSecondaryCoPay() const;
+    void setPatSecondaryCoPay(const std::string& value);
+    // The appointment pane: the user's and the host's notes on the current appointment.
+    const std::string& AppComments() const;
+    void setAppComments(const std::string& value);
+    const std::string& AppChiefComplaint() const;
+    void setAppChiefComplaint(const std::string& value);
+    const std::string& AppRefProvider() const;
+    void setAppRefProvider(const std::string& value);
+    const std::string& AppPriorAuthNum() const;
+    void setAppPriorAuthNum(const std::string& value);
+    // The current appointment, as SetCurrentApp copied it. AppKey is the appointment's
+    // Key as decimal text (appKeyValue reads it as a number).
+    const std::string& AppPatEID() const;
+    void setAppPatEID(const std::string& value);
+    const std::string& AppStatus() const;
+    void setAppStatus(const std::string& value);
+    const std::string& AppRefProviderEID() const;
+    void setAppRefProviderEID(const std::string& value);
+    const std::string& AppStartDateTime() const;
+    void setAppStartDateTime(const std::string& value);
+    const std::string& AppEndDateTime() const;
+    void setAppEndDateTime(const std::string& value);
+    const std::string& AppDescription() const;
+    void setAppDescription(const std::string& value);
+    const std::string& AppAppointmentId() const;
+    void setAppAppointmentId(const std::string& value);
+    const std::string& AppRecurrenceId() const;
+    void setAppRecurrenceId(const std::string& value);
+    const std::string& AppKey() const;
+    void setAppKey(const std::string& value);
+    // AppKey as the appointment key it names; none when it holds no whole number.
+    std::optional<std::int32_t> appKeyValue() const;
+
     // Values the patient panel and its commands read later; each write reports
     // under the property's own name.
     const std::string& PatDOD() const { return state_.strPatDOD; }
@@ -468,6 +547,7 @@ private:
     void LoadResourceGroupDefaults(std::string_view strResourceGroupDefaults);
     void LoadResourceGroupViews(std::string_view strResourceGroupViews);
     void FillCategoryLists();
+    void setText(TextField& field, const std::string& value, const char* name);
     void setField(std::string& field, const std::string& value, const char* name) {
         field = value;
         platform_.container.propertyChanged(name);

@@ -5,6 +5,7 @@
 #include <QuorvaneScheduler/members.h>
 
 #include "member_builders.h"
+#include "control/text_properties.h"
 
 #include <cstddef>
 
@@ -23,22 +24,15 @@ void variable(std::vector<MemberInfo>& t, const char* name, T type, Field ctlSch
     }));
 }
 
-// A property that reads and writes one text field and reports under its own name.
-void textField(std::vector<MemberInfo>& t, const char* name, TextField SchedulerWidgets::*field,
-               bool setsToolTip = false) {
-    t.push_back(
-        getter(name, T::String, [field](ctlScheduler& c) { return Variant((c.widgets().*field).text); }));
-    t.push_back(setter(name, T::String, [field, name, setsToolTip](ctlScheduler& c, const Variant& v) {
-        TextField& f = c.widgets().*field;
-        f.text = str(v);
-        if (setsToolTip) f.toolTipText = f.text;
-        c.platform().container.propertyChanged(name);
-    }));
+// A text-field property, through its typed getter and setter.
+void textField(std::vector<MemberInfo>& t, const char* name, const std::string& (ctlScheduler::*read)() const,
+               void (ctlScheduler::*write)(const std::string&)) {
+    t.push_back(getter(name, T::String, [read](ctlScheduler& c) { return Variant((c.*read)()); }));
+    t.push_back(setter(name, T::String, [write](ctlScheduler& c, const Variant& v) { (c.*write)(str(v)); }));
 }
 
 std::vector<MemberInfo> buildTable() {
     std::vector<MemberInfo> t;
-    using W = SchedulerWidgets;
 
     variable(t, "ccCancelled", T::Long, &ctlScheduler::ccCancelled);
     variable(t, "ccConfirmed", T::Long, &ctlScheduler::ccConfirmed);
@@ -61,39 +55,9 @@ std::vector<MemberInfo> buildTable() {
     t.push_back(setter("TaskingEnabled", T::String,
                        [](ctlScheduler& c, const Variant& v) { c.setTaskingEnabled(str(v)); }));
 
-    textField(t, "PatEID", &W::txtPatEID);
-    textField(t, "AppPatEID", &W::txtAppPatEID);
-    textField(t, "AppStatus", &W::txtAppStatus);
-    textField(t, "AppComments", &W::txtAppComments);
-    textField(t, "AppChiefComplaint", &W::txtAppChiefComplaint);
-    textField(t, "AppRefProvider", &W::txtAppRefProvider);
-    textField(t, "AppPriorAuthNum", &W::txtAppPriorAuthNum);
-    textField(t, "AppRefProviderEID", &W::txtAppRefProviderEID);
-    textField(t, "PatName", &W::txtPatName, true);
-    textField(t, "PatHomePhone", &W::txtPatHomePhone);
-    textField(t, "PatHomePhoneExt", &W::txtPatHomePhoneExt);
-    textField(t, "PatWorkPhone", &W::txtPatWorkPhone);
-    textField(t, "PatWorkPhoneExt", &W::txtPatWorkPhoneExt);
-    textField(t, "PatOtherPhone", &W::txtPatOtherPhone);
-    textField(t, "PatOtherPhoneExt", &W::txtPatOtherPhoneExt);
-    textField(t, "PatPriIns", &W::txtPatPriIns);
-    textField(t, "PatSecIns", &W::txtPatSecIns);
-    textField(t, "PatChartNumber", &W::txtPatChartNumber);
-    textField(t, "PatPCP", &W::txtPatPCP);
-    textField(t, "PatBalance30", &W::txtPatBalance30);
-    textField(t, "PatBalance60", &W::txtPatBalance60);
-    textField(t, "PatBalance90", &W::txtPatBalance90);
-    textField(t, "PatBalance180", &W::txtPatBalance180);
-    textField(t, "PatSex", &W::txtPatSex);
-    textField(t, "PatDOB", &W::txtPatDOB);
-    textField(t, "PatPrimaryCoPay", &W::txtPatPrimaryCoPay);
-    textField(t, "PatSecondaryCoPay", &W::txtPatSecondaryCoPay);
-    textField(t, "AppStartDateTime", &W::txtAppStartDateTime);
-    textField(t, "AppEndDateTime", &W::txtAppEndDateTime);
-    textField(t, "AppDescription", &W::txtAppDescription);
-    textField(t, "AppAppointmentId", &W::txtAppAppointmentId);
-    textField(t, "AppRecurrenceId", &W::txtAppRecurrenceId);
-    textField(t, "AppKey", &W::txtAppKey);
+#define QUORVANE_TEXT_MEMBER(Name) textField(t, #Name, &ctlScheduler::Name, &ctlScheduler::set##Name);
+    QUORVANE_TEXT_PROPERTIES(QUORVANE_TEXT_MEMBER)
+#undef QUORVANE_TEXT_MEMBER
 
     // Fields of the state record, each with a getter and a setter that reports.
     const struct {

@@ -1,0 +1,7 @@
+#pragma once
+// The text-field properties in the order of the interface: each reaches the
+// text field of its name with "txt" before it.
+
+// clang-format off
+#define QUORVANE_TEXT_PROPERTIES(X) X(PatEID) X(AppPatEID) X(AppStatus) X(AppComments) X(AppChiefComplaint) X(AppRefProvider) X(AppPriorAuthNum) X(AppRefProviderEID) X(PatName) X(PatHomePhone) X(PatHomePhoneExt) X(PatWorkPhone) X(PatWorkPhoneExt) X(PatOtherPhone) X(PatOtherPhoneExt) X(PatPriIns) X(PatSecIns) X(PatChartNumber) X(PatPCP) X(PatBalance30) X(PatBalance60) X(PatBalance90) X(PatBalance180) X(PatSex) X(PatDOB) X(PatPrimaryCoPay) X(PatSecondaryCoPay) X(AppStartDateTime) X(AppEndDateTime) X(AppDescription) X(AppAppointmentId) X(AppRecurrenceId) X(AppKey)
+// clang-format on
