@@ -11,8 +11,8 @@ class Host : public ctlSchedulerEvents {
 public:
     explicit Host(ctlScheduler& c) : c_(c) { c_.setEventSink(this); }
     void AddApptWithPatient(const std::string& column, const std::string& /*resource*/) override {
-        const std::int32_t key = std::stoi(c_.widgets().txtAppKey.text); // the AppKey property
-        c_.SetAppId(column, "1204", key, c_.widgets().txtAppPatEID.text);
+        const std::int32_t key = c_.appKeyValue().value(); // the AppKey property, as a key
+        c_.SetAppId(column, "1204", key, c_.AppPatEID());
         c_.SetStatus(c_.GetDayView(column)->appointmentSet().Item(key), "Scheduled");
         c_.FocusControl();
     }
@@ -36,8 +36,8 @@ int main() {
     control.setResourceGroups("10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists");
 
     // A patient on the panel, a selected slot, and a plain booking.
-    control.widgets().txtPatEID.text = "5531"; // the PatEID property
-    control.widgets().txtPatName.text = "Ada Byron";
+    control.setPatEID("5531");
+    control.setPatName("Ada Byron");
     control.setResourceTimeSlotSelected(0, parseDate("9:30 AM"), true);
     control.ScheduleApp();
 
