@@ -3,7 +3,7 @@
 // columns, each answered by a host that adds 300 appointments and 101 templates.
 // A scan of the same text with memchr is the floor to compare against.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <benchmark/benchmark.h>
 
@@ -82,7 +82,7 @@ void BM_AssignLargestCatalogue(benchmark::State& state) {
     control.setResourceGroupDefaults(defaultsText());
     for (auto _ : state) {
         control.setResourceGroups(groups);
-        benchmark::DoNotOptimize(control.widgets().dvwResource[9]->appointmentSet().Count());
+        benchmark::DoNotOptimize(widgetsOf(control).dvwResource[9]->appointmentSet().Count());
     }
     if (host.loads != static_cast<int>(state.iterations()) * kColumns)
         state.SkipWithError("not every column loaded");

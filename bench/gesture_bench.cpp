@@ -4,7 +4,7 @@
 // --benchmark_repetitions to read medians; the 3000 rows show how each kind
 // grows with the size of a day.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <benchmark/benchmark.h>
 
@@ -49,7 +49,7 @@ public:
         }
     }
     void AddApptWithPatient(const std::string& column, const std::string&) override {
-        c_.SetAppId(column, "9000", std::stoi(c_.widgets().txtAppKey.text), "5531");
+        c_.SetAppId(column, "9000", std::stoi(widgetsOf(c_).txtAppKey.text), "5531");
         c_.FocusControl();
     }
     void UpdateAppStatus(const std::string&, Variant& status) override {
@@ -96,10 +96,10 @@ struct Schedule {
         control.setResourceGroups(groupsText()); // Annex, the last flagged group
         for (int i = 0; i < kColumns; ++i)
             control.setDayIncrement(i, "15");
-        control.widgets().txtPatEID.text = "5531";
-        control.widgets().txtPatName.text = "Ada Byron";
+        widgetsOf(control).txtPatEID.text = "5531";
+        widgetsOf(control).txtPatName.text = "Ada Byron";
     }
-    PVDayView& view(int i) { return *control.widgets().dvwResource[static_cast<std::size_t>(i)]; }
+    PVDayView& view(int i) { return *widgetsOf(control).dvwResource[static_cast<std::size_t>(i)]; }
     // The earliest appointment of a column, which stands at the top of its grid.
     std::int32_t firstKey(int i) { return view(i).appointmentSet().FirstAppointment()->Key(); }
 
@@ -166,7 +166,7 @@ void BM_StatusChange(benchmark::State& state) {
     const std::int32_t key = s.firstKey(0);
     for (auto _ : state) {
         s.view(0).userClickOn(key, true);
-        s.control.widgets().mnoCheckIn.onClick();
+        widgetsOf(s.control).mnoCheckIn.onClick();
     }
 }
 
@@ -190,7 +190,7 @@ void BM_BookingWithHandshake(benchmark::State& state) {
 void BM_GroupSwitch(benchmark::State& state) {
     Schedule s(static_cast<int>(state.range(0)));
     s.host.loading = false;
-    PickList& groups = s.control.widgets().cmbResourceGroup;
+    PickList& groups = widgetsOf(s.control).cmbResourceGroup;
     int next = 0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -205,7 +205,7 @@ void BM_GroupSwitch(benchmark::State& state) {
 // The whole switch as the user waits for it, the host loading ten full days.
 void BM_GroupSwitchWithReload(benchmark::State& state) {
     Schedule s(static_cast<int>(state.range(0)));
-    PickList& groups = s.control.widgets().cmbResourceGroup;
+    PickList& groups = widgetsOf(s.control).cmbResourceGroup;
     int next = 0;
     for (auto _ : state) {
         groups.setListIndex(next);

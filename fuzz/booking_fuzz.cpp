@@ -44,7 +44,7 @@
 
 #include "fuzz_support.h"
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -64,7 +64,7 @@ public:
 
     void AddApptWithPatient(Str strResourceNumber, Str) override {
         if (answerBookings) {
-            SchedulerWidgets& w = control->widgets();
+            SchedulerWidgets& w = widgetsOf(*control);
             const std::int32_t key = numberArg(w.txtAppKey.text);
             const std::string patient = w.txtAppPatEID.text;
             attempt(
@@ -118,8 +118,8 @@ void BookingHost::keep(const AppointmentRef& app) {
 }
 
 void BookingHost::keepAll() {
-    keep(control->state().objCurrentApp);
-    for (const DayViewRef& v : control->widgets().dvwResource)
+    keep(stateOf(*control).objCurrentApp);
+    for (const DayViewRef& v : widgetsOf(*control).dvwResource)
         for (const AppointmentRef& app : v->appointmentSet().items())
             keep(app);
 }
@@ -127,7 +127,7 @@ void BookingHost::keepAll() {
 PVDayView* BookingHost::view(std::string_view number) {
     const int index = indexArg(number);
     if (index < 0 || index >= kColumns) return nullptr;
-    return control->widgets().dvwResource[static_cast<std::size_t>(index)].get();
+    return widgetsOf(*control).dvwResource[static_cast<std::size_t>(index)].get();
 }
 
 AppointmentRef BookingHost::appointment(std::string_view ref) {
@@ -149,7 +149,7 @@ void clickMenuItem(const PopupMenu& menu, std::string_view n) {
 
 void BookingHost::run(const Line& line) {
     ctlScheduler& c = *control;
-    SchedulerWidgets& w = c.widgets();
+    SchedulerWidgets& w = widgetsOf(c);
     const std::string text(line.args);
     const auto two = argsOf(line.args, 2);
     const auto three = argsOf(line.args, 3);
@@ -280,7 +280,7 @@ void BookingHost::run(const Line& line) {
 }
 
 void checkViews(const ctlScheduler& c) {
-    for (const DayViewRef& v : c.widgets().dvwResource) {
+    for (const DayViewRef& v : widgetsOf(c).dvwResource) {
         const auto& items = v->appointmentSet().items();
         int selected = 0;
         for (std::size_t i = 0; i < items.size(); ++i) {

@@ -25,7 +25,7 @@
 
 #include "fuzz_support.h"
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -55,7 +55,7 @@ bool inColumns(int index) { return index >= 0 && index < kColumns; }
 
 void CatalogueHost::run(const Line& line) {
     ctlScheduler& c = *control;
-    SchedulerWidgets& w = c.widgets();
+    SchedulerWidgets& w = widgetsOf(c);
     const auto two = argsOf(line.args, 2);
     const int index = indexArg(two[0]);
     const std::string text(line.args);
@@ -122,7 +122,7 @@ void CatalogueHost::run(const Line& line) {
 }
 
 void checkResourceLists(const ctlScheduler& c) {
-    const SchedulerWidgets& w = c.widgets();
+    const SchedulerWidgets& w = widgetsOf(c);
     for (std::size_t i = 0; i < kColumns; ++i)
         if (w.cmbResource[i].listCount() != w.cmbResourceValue[i].listCount())
             fault("column " + std::to_string(i + 1) + " has " + std::to_string(w.cmbResource[i].listCount()) +

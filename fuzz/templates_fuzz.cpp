@@ -26,7 +26,7 @@
 
 #include "fuzz_support.h"
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -64,7 +64,7 @@ void checkColour(const std::string& given, const std::string& after, std::int32_
 
 void checkWipedGrids(ctlScheduler& c) {
     for (std::size_t i = 0; i < kColumns; ++i) {
-        const PVDayView& view = *c.widgets().dvwResource[i];
+        const PVDayView& view = *widgetsOf(c).dvwResource[i];
         for (int minute = 0; minute < 24 * 60; minute += 5)
             if (view.TimeSlotColor(makeTime(minute / 60, minute % 60, 0)) != kBareGrid)
                 fault("column " + std::to_string(i + 1) + " is not wiped at minute " +
@@ -82,7 +82,7 @@ template <class Pick> void pickGroup(TemplatesHost& host, Pick&& pick) {
 
 void TemplatesHost::run(const Line& line) {
     ctlScheduler& c = *control;
-    SchedulerWidgets& w = c.widgets();
+    SchedulerWidgets& w = widgetsOf(c);
     const std::string text(line.args);
     const auto two = argsOf(line.args, 2);
     const int index = indexArg(two[0]);
@@ -141,7 +141,7 @@ void TemplatesHost::run(const Line& line) {
 
 void checkCounts(const ctlScheduler& c) {
     for (std::size_t i = 0; i < kColumns; ++i) {
-        const int count = c.state().intTemplateCount[i];
+        const int count = stateOf(c).intTemplateCount[i];
         if (count < 0 || count > kTemplatesPerColumn)
             fault("column " + std::to_string(i + 1) + " counts " + std::to_string(count) + " templates");
     }

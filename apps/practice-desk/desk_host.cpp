@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "desk_host.h"
 
 #include <QuorvaneScheduler/errors.h>
@@ -170,7 +171,7 @@ void DeskHost::otherDeskChanged(const QString& resource, OleDate day) {
         pending_.emplace_back(resource, day);
         return;
     }
-    const int shown = qs(session_.control().widgets().sbSchedule.tag).toInt();
+    const int shown = qs(widgetsOf(session_.control()).sbSchedule.tag).toInt();
     for (int column = 1; column <= std::min(shown, kColumns); ++column) {
         const std::string n = std::to_string(column);
         if (qs(session_.text("Resource" + n + "Value")) != resource) continue;
@@ -193,7 +194,7 @@ void DeskHost::reloadColumn(int column) {
 }
 
 void DeskHost::reloadColumns() {
-    const int shown = qs(session_.control().widgets().sbSchedule.tag).toInt();
+    const int shown = qs(widgetsOf(session_.control()).sbSchedule.tag).toInt();
     for (int column = 1; column <= std::min(shown, kColumns); ++column)
         if (!session_.text("Resource" + std::to_string(column) + "Value").empty()) reloadColumn(column);
 }
@@ -405,7 +406,7 @@ void DeskHost::ResourceBeforeRemove(Str, Str column) {
 // control holds with no tag (typed on a slot by a host that allows it) was
 // never stored: the pane's id still names the appointment before it.
 bool DeskHost::currentIsStored() {
-    const std::string focus = session_.control().widgets().txtResourceFocus.text;
+    const std::string focus = widgetsOf(session_.control()).txtResourceFocus.text;
     bool keyed = false;
     const std::int32_t key = qs(session_.text("AppKey")).toInt(&keyed);
     if (!keyed || focus.empty()) return false;

@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "desk_window.h"
 
 #include <QApplication>
@@ -169,7 +170,7 @@ void DeskWindow::hear(Session& s) {
         if (recorder_) recorder_->modal(form.name);
         if (shown) shown(form);
     };
-    for (PopupMenu* menu : {&s.control.widgets().mnuRightClickScheduler, &s.control.widgets().mnuRightClickSchedulerApp})
+    for (PopupMenu* menu : {&widgetsOf(s.control).mnuRightClickScheduler, &widgetsOf(s.control).mnuRightClickSchedulerApp})
         menu->onPopup = [this, shown = menu->onPopup](PopupMenu& m, float x, float y) {
             if (recorder_) recorder_->popup(m.name);
             if (shown) shown(m, x, y);
@@ -308,7 +309,7 @@ void DeskWindow::print(const QString& resource, const QString& info) {
     const OleDate day = makeDate(date.left(4).toInt(), date.mid(4, 2).toInt(), date.mid(6, 2).toInt());
     QString name = resource;
     for (int i = 0; i < kColumns; ++i)
-        if (qs(s_->control.ResourceValue(i)) == resource) name = qs(s_->control.widgets().cmbResource[i].text());
+        if (qs(s_->control.ResourceValue(i)) == resource) name = qs(widgetsOf(s_->control).cmbResource[i].text());
     std::vector<StoredAppointment> appointments;
     try {
         appointments = store_.appointments(resource, day);
@@ -383,12 +384,12 @@ void DeskWindow::showPhoto(const QString& imageId) {
         photo_->hide();
         return;
     }
-    const PVCalendar& calendar = *s_->control.widgets().calCalendar;
+    const PVCalendar& calendar = *widgetsOf(s_->control).calCalendar;
     const Screen& s = s_->platform.screen;
     photo_->setGeometry(qRound(calendar.left / s.twipsPerPixelX), qRound(calendar.top / s.twipsPerPixelY),
                         qRound(calendar.width / s.twipsPerPixelX),
                         qRound(calendar.height / s.twipsPerPixelY));
-    photo_->setText("Photo " + imageId + "\n" + qs(s_->control.widgets().txtPatName.text));
+    photo_->setText("Photo " + imageId + "\n" + qs(widgetsOf(s_->control).txtPatName.text));
     photo_->show();
     photo_->raise();
 }

@@ -8,8 +8,8 @@
 #include <QuorvaneScheduler/components/platform.h>
 #include <QuorvaneScheduler/components/week_view.h>
 #include <QuorvaneScheduler/components/widgets.h>
+#include <QuorvaneScheduler/errors.h>
 #include <QuorvaneScheduler/events.h>
-#include <QuorvaneScheduler/string_table.h>
 #include <QuorvaneScheduler/variant.h>
 
 #include <array>
@@ -27,112 +27,14 @@ inline constexpr int kColumns = 10;
 inline constexpr int kTemplatesPerColumn = 101;
 inline constexpr int kTemplateFields = 6;
 
-// The control's private state record, each field under its own name.
-struct SchedulerState {
-    std::int32_t lngScheduleWidth = 14990;
-    std::string strImagingEnabled = "N";
-    std::string strTaskingEnabled;
-    bool blnClearCommentsEnabled = false;
-    AppointmentRef objCurrentApp;
-    std::string strCurrentAppId;
-    std::string strAppointmentTypeID;
-    bool blnSlotFound = false;
-    bool blnAppMoving = false;
-    std::string strMoveFromColumn;
-    std::string strMoveStatus;
-    AppointmentRef objMoveApp;
-    bool blnShowTodayRunning = false;
-    bool blnSuppressColumnEvents = false;
-    bool blnPhotoShown = false;
-    std::string strPatDOD;
-    std::string strPatPrimaryActive;
-    std::string strPatSecondaryActive;
-    std::string strPhotoServerUsed;
-    std::string strPhotoServerPath;
-    std::string strPhotoImageId;
-    std::string strPhotoSaveLoc;
-    StringTable arrResourceGroups;
-    StringTable arrResourceGroupDefaults;
-    StringTable arrResourceGroupViews;
-    StringTable arrResources;
-    std::array<std::string, kColumns> strColumnTopTime;
-    std::array<std::int16_t, kColumns> intTemplateCount{};
-    // Column, field, template number; a cell holds a date or a string.
-    using TemplateStore =
-        std::array<std::array<std::array<Variant, kTemplatesPerColumn>, kTemplateFields>, kColumns>;
-    std::unique_ptr<TemplateStore> varResourceTemplates = std::make_unique<TemplateStore>();
-    std::array<OleDate, 12> dtLastSlot{};
-};
-
-// The week form: one resource's week, filled by the host and shown modally.
-struct WeekViewForm : Form {
-    explicit WeekViewForm(Platform& platform) : wvwWeekView(platform) {}
-    Label Label1;
-    TextField txtResource;
-    IGWeekView wvwWeekView;
-    Button cmdClose;
-};
-
-// Every widget of the control. All exist from creation; none is created or
-// destroyed later, but for the week form, which is made at its first use.
-struct SchedulerWidgets {
-    std::array<DayViewRef, kColumns> dvwResource;
-    std::array<PickList, kColumns> cmbResourceCatType;
-    std::array<PickList, kColumns> cmbResource;
-    std::array<PickList, kColumns> cmbResourceValue;
-    std::array<PickList, kColumns> cmbDayIncrement;
-    PickList cmbResourceGroup;
-    PickList cmbNumOfSchedules;
-    ScrollBar sbSchedule;
-    std::unique_ptr<PVCalendar> calCalendar;
-    TextField txtResourceFocus;
-
-    // The current appointment, hidden.
-    TextField txtAppAppointmentId, txtAppKey, txtAppPatEID, txtAppStatus, txtAppDescription,
-        txtAppStartDateTime, txtAppEndDateTime, txtAppDuration, txtAppRecurrenceId, txtAppRefProviderEID;
-    // The appointment pane.
-    TextField txtAppComments, txtAppChiefComplaint, txtAppRefProvider, txtAppPriorAuthNum;
-    // The patient, hidden, and the patient panel.
-    TextField txtPatEID;
-    TextField txtPatName, txtPatHomePhone, txtPatHomePhoneExt, txtPatWorkPhone, txtPatWorkPhoneExt,
-        txtPatOtherPhone, txtPatOtherPhoneExt, txtPatPriIns, txtPatSecIns, txtPatChartNumber, txtPatPCP,
-        txtPatBalance30, txtPatBalance60, txtPatBalance90, txtPatBalance180, txtPatSex, txtPatDOB,
-        txtPatPrimaryCoPay, txtPatSecondaryCoPay;
-
-    Button cmdTasking, cmdQuickScan, cmdQuickScanI1, cmdQuickScanI2, cmdCalendar, cmdPatientPhoto;
-    Button cmdPatientSearch, cmdOpenPatient, cmdValidatePatient, cmdPrintSuperbill, cmdLegend;
-    // Beside the appointment pane.
-    Button cmdRefProvider, cmdCommentQuickComment, cmdChiefComplainQuickComment, cmdSaveAdditionalAppInfo;
-
-    // mnuRightClickScheduler, on a free part of a column.
-    MenuItem mnoSchedulePatient, mnoSchedulePatientGeneral;
-    std::array<MenuItem, 50> mnoSchedulePatientType; // the menu's indices 1 to 50 at 0 to 49
-    MenuItem mnoFindNextAvailable, mnoSearchAppointments, mnoRecallList, mnoShowToday, mnoWeekView, mnoLine1,
-        mnoPrintDaysFacesheets, mnoPrintDaySuperbills, mnoPrint, mnoLine2, mnoDisplayAll,
-        mnoRefreshAllSchedules;
-    // mnuRightClickSchedulerApp, on an appointment.
-    MenuItem mnoScheduled, mnoConfirm, mnoCheckIn, mnoCheckOut, mnoNoShow, mnoCancelled, mnoHorizontalLine1,
-        mnoAddEditRecurrenceApp, mnoAddToRecallList, mnuRecallList, mnoFindNextAvailableApp,
-        mnoSearchAppointmentsApp, mnoValidatePatientApp, mnoLine3, mnoOfficeCommunication,
-        mnoOpenPatientSetup, mnoOpenPatientHistory, mnoOpenQuickPay, mnoAuthorization, mnoHorizontalLine4,
-        mnoPrintSuperbillApp, mnoPrintFaceSheet, mnoPrintTreatmentPlan, mnoLine4, mnoRefreshAllSchedulesApp,
-        mnoHorizontalLine2, mnoDeleteApp;
-
-    PopupMenu mnuRightClickScheduler, mnuRightClickSchedulerApp;
-    // Every menu item of both menus and their submenus, by name.
-    std::vector<MenuItem*> menuItems;
-
-    std::unique_ptr<WeekViewForm> frmWeekView; // none until its first use
-
-    // txtPatEID and the fields of the patient panel, in the order a clearing empties them.
-    std::array<TextField*, 20> patientFields() {
-        return {&txtPatEID,       &txtPatName,         &txtPatHomePhone,    &txtPatHomePhoneExt,
-                &txtPatWorkPhone, &txtPatWorkPhoneExt, &txtPatOtherPhone,   &txtPatOtherPhoneExt,
-                &txtPatPriIns,    &txtPatSecIns,       &txtPatChartNumber,  &txtPatPCP,
-                &txtPatBalance30, &txtPatBalance60,    &txtPatBalance90,    &txtPatBalance180,
-                &txtPatSex,       &txtPatDOB,          &txtPatPrimaryCoPay, &txtPatSecondaryCoPay};
-    }
-};
+// The control's state record, its widgets and its week form. Their types are
+// the control's own and its front ends', declared in a header that is not
+// installed: a host reaches what they hold through the members below.
+struct SchedulerState;
+struct SchedulerWidgets;
+struct WeekViewForm;
+struct ControlParts;
+struct ControlInternals;
 
 class ctlScheduler {
 public:
@@ -161,10 +63,10 @@ public:
     void FocusControl();
     void setImagingEnabled(const std::string& value);
     void setClearCommentsEnabled(const std::string& value);
-    const std::string& TaskingEnabled() const { return state_.strTaskingEnabled; }
+    const std::string& TaskingEnabled() const;
     void setTaskingEnabled(const std::string& value);
     std::string ResourceNumber() const;
-    std::string AppointmentTypeID() const { return state_.strAppointmentTypeID; }
+    std::string AppointmentTypeID() const;
     void SetAppointmentType(const std::string& strTypeInfo, const std::string& strResourceNumber);
     DayViewRef GetDayView(const std::string& strResourceNumber) const;
     void UserControl_Initialize();
@@ -359,28 +261,20 @@ public:
 
     // Values the patient panel and its commands read later; each write reports
     // under the property's own name.
-    const std::string& PatDOD() const { return state_.strPatDOD; }
-    void setPatDOD(const std::string& v) { setField(state_.strPatDOD, v, "PatDOD"); }
-    const std::string& PatPrimaryActive() const { return state_.strPatPrimaryActive; }
-    void setPatPrimaryActive(const std::string& v) {
-        setField(state_.strPatPrimaryActive, v, "PatPrimaryActive");
-    }
-    const std::string& PatSecondaryActive() const { return state_.strPatSecondaryActive; }
-    void setPatSecondaryActive(const std::string& v) {
-        setField(state_.strPatSecondaryActive, v, "PatSecondaryActive");
-    }
-    const std::string& PhotoServerUsed() const { return state_.strPhotoServerUsed; }
-    void setPhotoServerUsed(const std::string& v) {
-        setField(state_.strPhotoServerUsed, v, "PhotoServerUsed");
-    }
-    const std::string& PhotoServerPath() const { return state_.strPhotoServerPath; }
-    void setPhotoServerPath(const std::string& v) {
-        setField(state_.strPhotoServerPath, v, "PhotoServerPath");
-    }
-    const std::string& PhotoImageId() const { return state_.strPhotoImageId; }
-    void setPhotoImageId(const std::string& v) { setField(state_.strPhotoImageId, v, "PhotoImageId"); }
-    const std::string& PhotoSaveLoc() const { return state_.strPhotoSaveLoc; }
-    void setPhotoSaveLoc(const std::string& v) { setField(state_.strPhotoSaveLoc, v, "PhotoSaveLoc"); }
+    const std::string& PatDOD() const;
+    void setPatDOD(const std::string& value);
+    const std::string& PatPrimaryActive() const;
+    void setPatPrimaryActive(const std::string& value);
+    const std::string& PatSecondaryActive() const;
+    void setPatSecondaryActive(const std::string& value);
+    const std::string& PhotoServerUsed() const;
+    void setPhotoServerUsed(const std::string& value);
+    const std::string& PhotoServerPath() const;
+    void setPhotoServerPath(const std::string& value);
+    const std::string& PhotoImageId() const;
+    void setPhotoImageId(const std::string& value);
+    const std::string& PhotoSaveLoc() const;
+    void setPhotoSaveLoc(const std::string& value);
 
     // Column dates and day increments.
     void calCalendar_Change(OleDate newDate);
@@ -447,20 +341,20 @@ public:
     std::int16_t FocusedColumnIndex() const;
     std::string FocusedResourceValue() const;
 
-    // Inspection: the state record and the widgets, for a test container.
-    const SchedulerState& state() const { return state_; }
-    SchedulerWidgets& widgets() { return w_; }
-    const SchedulerWidgets& widgets() const { return w_; }
+    // The platform the control runs on.
     Platform& platform() const { return platform_; }
-    // Widgets by the name the container reports; nullptr for none.
-    TextField* findTextField(std::string_view name);
-    Button* findButton(std::string_view name);
-    MenuItem* findMenuItem(std::string_view name);
-    // The names the finders above know.
+    // The names of the control's text fields and buttons, as its change
+    // reports and a test container name them.
     static std::vector<std::string> textFieldNames();
     static std::vector<std::string> buttonNames();
 
 private:
+    friend struct ControlInternals;
+    // Widgets by the name the container reports; nullptr for none.
+    TextField* findTextField(std::string_view name);
+    Button* findButton(std::string_view name);
+    MenuItem* findMenuItem(std::string_view name);
+
     void beginBusy();
     void designWidgets();
     void placeFormWidgets(); // the panel, the pane and the buttons on the form
@@ -548,10 +442,7 @@ private:
     void LoadResourceGroupViews(std::string_view strResourceGroupViews);
     void FillCategoryLists();
     void setText(TextField& field, const std::string& value, const char* name);
-    void setField(std::string& field, const std::string& value, const char* name) {
-        field = value;
-        platform_.container.propertyChanged(name);
-    }
+    void setField(std::string& field, const std::string& value, const char* name);
     // The host's side of the events; a control without one raises into nothing.
     ctlSchedulerEvents& host();
 
@@ -575,8 +466,9 @@ private:
 
     Platform& platform_;
     ctlSchedulerEvents* events_ = nullptr;
-    SchedulerState state_;
-    SchedulerWidgets w_;
+    std::unique_ptr<ControlParts> parts_;
+    SchedulerState& state_;
+    SchedulerWidgets& w_;
 };
 
 // The tag string: appointment id, recurrence id and patient id joined by "~".

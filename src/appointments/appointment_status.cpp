@@ -1,7 +1,7 @@
 // Appointments as the host loads and names them, and their status, which is
 // nothing but their colour read back through the host's six colours.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <array>
 #include <utility>

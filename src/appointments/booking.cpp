@@ -4,7 +4,7 @@
 // host with AddApptWithPatient; the host names it with SetAppId and ends the
 // busy phase.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "appointments/messages.h"
 #include "slots/slot_scan.h"

@@ -11,7 +11,7 @@
 // before they raise it; nothing of theirs runs after the raise but step 6 of
 // AfterDrag.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "appointments/messages.h"
 

@@ -3,7 +3,7 @@
 // field for. The words in the visible fields belong to the appointment last
 // loaded or named, which is what the save checks.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "appointments/messages.h"
 

@@ -1,7 +1,7 @@
 // The user's status requests. The control only passes them on: it makes the
 // appointment current and asks the host, whose answer paints the new colour.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "appointments/messages.h"
 

@@ -1,7 +1,7 @@
 // The four catalogue strings: their setters, the tables they become, the list of
 // groups and the category lists of the current group.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "catalogue/catalogue_grammar.h"
 

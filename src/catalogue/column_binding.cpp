@@ -1,7 +1,7 @@
 // How a column comes to show a resource: the control empties it, tells the host
 // which resource and date it now wants, and the host answers by loading it.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "catalogue/catalogue_grammar.h"
 

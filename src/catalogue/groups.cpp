@@ -2,7 +2,7 @@
 // the category lists rebuilt and the default resources put into their columns.
 // The current group is nothing but the text of cmbResourceGroup.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "catalogue/catalogue_grammar.h"
 

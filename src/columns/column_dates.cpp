@@ -2,7 +2,7 @@
 // the column in focus, and the Show Today walk that moves the columns to today
 // one at a time, each waiting for the host to load the one before.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

@@ -3,7 +3,7 @@
 // before the write returns, and the change report comes after that, so a write
 // that fails reports nothing.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

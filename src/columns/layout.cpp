@@ -2,7 +2,7 @@
 // visibility; N on screen means each is about one Nth of the shared width, and
 // the rest lie past the right edge until the scroll bar moves the row.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

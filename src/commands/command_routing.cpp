@@ -5,7 +5,7 @@
 // objCurrentApp. A command that finds what it needs missing shows its message
 // and stops; none of them changes the control's state or disables it.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/errors.h>
 
 namespace quorvane {

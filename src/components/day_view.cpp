@@ -151,7 +151,7 @@ void PVDayView::moveDate(OleDate d, bool user) {
     const OleDate date = datePart(checkedDate(d));
     const OleDate old = currentDate_;
     currentDate_ = date;
-    if (date != old) raiseAs(user, [&] { raise(DateChange, index_, old); });
+    if (date != old) raiseAs(user, [&] { raise(hooks_.DateChange, index_, old); });
 }
 
 void PVDayView::setBusinessHours(OleDate begin, OleDate end) {
@@ -195,7 +195,7 @@ void PVDayView::moveTop(OleDate t, bool user) {
     checkedDate(t);
     if (t == topIndex_) return;
     topIndex_ = t;
-    raiseAs(user, [&] { raise(TopIndexChange, index_, t); });
+    raiseAs(user, [&] { raise(hooks_.TopIndexChange, index_, t); });
 }
 
 void PVDayView::Undo() {
@@ -250,7 +250,7 @@ bool PVDayView::runRemove(const AppointmentRef& app, bool user) {
     const AppointmentRef held = app;
     bool cancelled = false;
     raiseWithUndo([&cancelled] { cancelled = true; },
-                  [&] { raiseAs(user, [&] { raise(BeforeRemove, index_, held); }); });
+                  [&] { raiseAs(user, [&] { raise(hooks_.BeforeRemove, index_, held); }); });
     if (cancelled) return false;
     // The handler may have removed it or emptied the set; detach finds it again.
     if (held->view() != this) return false;

@@ -35,7 +35,7 @@ void PVDayView::takeFocus() {
     Container& container = platform_.container;
     if (container.activeControl() == focusName()) return;
     container.setActiveControl(focusName());
-    fromUser([&] { raise(GotFocus, index_); });
+    fromUser([&] { raise(hooks_.GotFocus, index_); });
 }
 
 bool PVDayView::userClickAt(OleDate t, bool right) {
@@ -65,7 +65,7 @@ bool PVDayView::pressAt(int x, int y, bool right, bool twice) {
     if (const AppointmentRef app = set_.HitTest(x, y)) {
         const auto gesture = reportGesture(twice ? "dblclick " : clickName(right), " on %", {Variant(app->Key())});
         clickAppointment(app, {x, y}, right);
-        if (twice) fromUser([&] { raise(DblClick, index_); });
+        if (twice) fromUser([&] { raise(hooks_.DblClick, index_); });
         return true;
     }
     const auto gesture = reportGesture(clickName(right), " at %", {Variant(timePart(*slot))});
@@ -78,8 +78,8 @@ bool PVDayView::clickSlot(OleDate t, std::pair<int, int> point, bool right) {
     if (right) return true;
     // The slot is taken at the view's Increments as they stand after the handlers.
     selectSlotOnly(t);
-    fromUser([&] { raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
-    fromUser([&] { raise(Click, index_); });
+    fromUser([&] { raise(hooks_.TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
+    fromUser([&] { raise(hooks_.Click, index_); });
     return true;
 }
 
@@ -92,7 +92,7 @@ bool PVDayView::clickAppointment(const AppointmentRef& app, std::pair<int, int> 
     for (const AppointmentRef& other : set_.items())
         other->setSelected(false);
     if (app->view() == this) app->setSelected(true);
-    fromUser([&] { raise(Click, index_); });
+    fromUser([&] { raise(hooks_.Click, index_); });
     return true;
 }
 
@@ -100,14 +100,14 @@ bool PVDayView::userDblClickOn(std::int32_t key) {
     if (!pointOfAppointment(key)) return false;
     const auto gesture = reportGesture("dblclick ", " on %", {Variant(key)});
     if (!userClickOn(key)) return false;
-    fromUser([&] { raise(DblClick, index_); });
+    fromUser([&] { raise(hooks_.DblClick, index_); });
     return true;
 }
 
 void PVDayView::userSlot(OleDate t) {
     const auto gesture = reportGesture("slot ", " %", {Variant(timePart(t))});
     selectSlotOnly(t);
-    fromUser([&] { raise(TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
+    fromUser([&] { raise(hooks_.TimeSlotSelect, index_, slotStartOnCurrentDate(t)); });
 }
 
 bool PVDayView::userType(OleDate t, std::string text) {
@@ -115,7 +115,7 @@ bool PVDayView::userType(OleDate t, std::string text) {
     const auto gesture = reportGesture("type ", " at % %", {Variant(timePart(t)), Variant(text)});
     const OleDate start = slotStartOnCurrentDate(t);
     const AppointmentRef app = set_.Add(std::move(text), start, addMinutes(start, slotMinutes()));
-    raiseWithUndo(removalOf(app), [&] { fromUser([&] { raise(AfterAdd, index_, app); }); });
+    raiseWithUndo(removalOf(app), [&] { fromUser([&] { raise(hooks_.AfterAdd, index_, app); }); });
     return true;
 }
 
@@ -126,7 +126,7 @@ bool PVDayView::userResize(std::int32_t key, OleDate end) {
     const OleDate oldEnd = app->EndDateTime;
     app->EndDateTime = onDay(app->StartDateTime, end);
     raiseWithUndo([app, oldEnd] { app->EndDateTime = oldEnd; },
-                  [&] { fromUser([&] { raise(AfterResize, index_, app); }); });
+                  [&] { fromUser([&] { raise(hooks_.AfterResize, index_, app); }); });
     return true;
 }
 
@@ -145,7 +145,7 @@ bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     const auto gesture =
         reportGesture("drag ", " % to " + target.focusName() + " %", {Variant(key), Variant(timePart(start))});
     const AppointmentRef original = set_.Item(key);
-    fromUser([&] { raise(BeforeDrag, index_, original); });
+    fromUser([&] { raise(hooks_.BeforeDrag, index_, original); });
     // A drag whose appointment was taken away while it began has nothing to drop.
     if (original->view() != this) return true;
 
@@ -156,11 +156,11 @@ bool PVDayView::userDrag(std::int32_t key, PVDayView& target, OleDate start) {
     copy->Tag = original->Tag;
     copy->BackColor = original->BackColor;
     target.raiseWithUndo(target.removalOf(copy),
-                         [&] { target.fromUser([&] { raise(target.AfterAdd, target.index_, copy); }); });
+                         [&] { target.fromUser([&] { raise(target.hooks_.AfterAdd, target.index_, copy); }); });
     // A drop that AfterAdd took back (by Undo or otherwise) is no drag to report.
     if (copy->view() == &target)
         target.raiseWithUndo(target.removalOf(copy),
-                             [&] { target.fromUser([&] { raise(target.AfterDrag, target.index_, copy); }); });
+                             [&] { target.fromUser([&] { raise(target.hooks_.AfterDrag, target.index_, copy); }); });
 
     // The original goes last, by the view's own removal, whatever happened to the
     // drop: a caller restoring a refused drop relies on one BeforeRemove per drag.
@@ -180,7 +180,7 @@ void PVDayView::userDate(OleDate d) {
 
 void PVDayView::pressButton(bool right, std::pair<int, int> point) {
     fromUser([&] {
-        raise(MouseButton, index_, buttonOf(right), std::int16_t{0}, point.first * kTwipsPerViewPixel,
+        raise(hooks_.MouseButton, index_, buttonOf(right), std::int16_t{0}, point.first * kTwipsPerViewPixel,
               point.second * kTwipsPerViewPixel);
     });
 }

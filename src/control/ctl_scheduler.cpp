@@ -1,7 +1,7 @@
 // The control object: creation, the design state of its widgets, and the busy
 // phase with the three ways out of it.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <cstdint>
 
@@ -154,7 +154,8 @@ MenuItem* ctlScheduler::findMenuItem(std::string_view n) {
     return nullptr;
 }
 
-ctlScheduler::ctlScheduler(Platform& platform) : platform_(platform) {
+ctlScheduler::ctlScheduler(Platform& platform)
+    : platform_(platform), parts_(std::make_unique<ControlParts>()), state_(parts_->state), w_(parts_->widgets) {
     designWidgets();
     for (MenuItem* item : w_.menuItems)
         item->container = &platform_.container;
@@ -167,11 +168,11 @@ ctlScheduler::~ctlScheduler() {
     // must not call back into a control that is gone.
     for (auto& view : w_.dvwResource) {
         if (!view) continue;
-        view->GotFocus = nullptr, view->MouseButton = nullptr, view->Click = nullptr;
-        view->DblClick = nullptr, view->AfterAdd = nullptr, view->BeforeRemove = nullptr;
-        view->AfterResize = nullptr, view->BeforeDrag = nullptr, view->AfterDrag = nullptr;
-        view->AppointmentChangeRefused = nullptr, view->ViewChangeRefused = nullptr;
-        view->DateChange = nullptr, view->TopIndexChange = nullptr, view->TimeSlotSelect = nullptr;
+        hooksOf(*view).GotFocus = nullptr, hooksOf(*view).MouseButton = nullptr, hooksOf(*view).Click = nullptr;
+        hooksOf(*view).DblClick = nullptr, hooksOf(*view).AfterAdd = nullptr, hooksOf(*view).BeforeRemove = nullptr;
+        hooksOf(*view).AfterResize = nullptr, hooksOf(*view).BeforeDrag = nullptr, hooksOf(*view).AfterDrag = nullptr;
+        hooksOf(*view).AppointmentChangeRefused = nullptr, hooksOf(*view).ViewChangeRefused = nullptr;
+        hooksOf(*view).DateChange = nullptr, hooksOf(*view).TopIndexChange = nullptr, hooksOf(*view).TimeSlotSelect = nullptr;
     }
 }
 
@@ -232,30 +233,30 @@ void ctlScheduler::wireHandlers() {
         w_.cmbResourceCatType[i].onClick = [this, index] { cmbResourceCatType_Click(index); };
         w_.cmbResource[i].onClick = [this, index] { cmbResource_Click(index); };
         PVDayView& view = *w_.dvwResource[i];
-        view.DateChange = [this](std::int16_t Index, OleDate old) { dvwResource_DateChange(Index, old); };
-        view.TopIndexChange = [this](std::int16_t Index, OleDate top) {
+        hooksOf(view).DateChange = [this](std::int16_t Index, OleDate old) { dvwResource_DateChange(Index, old); };
+        hooksOf(view).TopIndexChange = [this](std::int16_t Index, OleDate top) {
             dvwResource_TopIndexChange(Index, top);
         };
     }
     for (const DayViewRef& view : w_.dvwResource) {
         PVDayView& v = *view;
-        v.TimeSlotSelect = [this](std::int16_t Index, OleDate TimeSlot) {
+        hooksOf(v).TimeSlotSelect = [this](std::int16_t Index, OleDate TimeSlot) {
             dvwResource_TimeSlotSelect(Index, TimeSlot);
         };
-        v.GotFocus = [this](std::int16_t Index) { dvwResource_GotFocus(Index); };
-        v.MouseButton = [this](std::int16_t Index, std::int16_t Button, std::int16_t Shift, float X,
+        hooksOf(v).GotFocus = [this](std::int16_t Index) { dvwResource_GotFocus(Index); };
+        hooksOf(v).MouseButton = [this](std::int16_t Index, std::int16_t Button, std::int16_t Shift, float X,
                                float Y) { dvwResource_MouseButton(Index, Button, Shift, X, Y); };
-        v.Click = [this](std::int16_t Index) { dvwResource_Click(Index); };
-        v.DblClick = [this](std::int16_t Index) { dvwResource_DblClick(Index); };
-        v.AfterAdd = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterAdd(Index, a); };
-        v.BeforeRemove = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeRemove(Index, a); };
-        v.AfterResize = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterResize(Index, a); };
-        v.BeforeDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeDrag(Index, a); };
-        v.AfterDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterDrag(Index, a); };
-        v.AppointmentChangeRefused = [this](std::int16_t Index, AppointmentRef a) {
+        hooksOf(v).Click = [this](std::int16_t Index) { dvwResource_Click(Index); };
+        hooksOf(v).DblClick = [this](std::int16_t Index) { dvwResource_DblClick(Index); };
+        hooksOf(v).AfterAdd = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterAdd(Index, a); };
+        hooksOf(v).BeforeRemove = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeRemove(Index, a); };
+        hooksOf(v).AfterResize = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterResize(Index, a); };
+        hooksOf(v).BeforeDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_BeforeDrag(Index, a); };
+        hooksOf(v).AfterDrag = [this](std::int16_t Index, AppointmentRef a) { dvwResource_AfterDrag(Index, a); };
+        hooksOf(v).AppointmentChangeRefused = [this](std::int16_t Index, AppointmentRef a) {
             dvwResource_AppointmentChangeRefused(Index, a);
         };
-        v.ViewChangeRefused = [this](std::int16_t Index) { dvwResource_ViewChangeRefused(Index); };
+        hooksOf(v).ViewChangeRefused = [this](std::int16_t Index) { dvwResource_ViewChangeRefused(Index); };
     }
     w_.cmdSaveAdditionalAppInfo.onClick = [this] { cmdSaveAdditionalAppInfo_Click(); };
     wireMenus();

@@ -3,7 +3,7 @@
 // code at each resize; these stay where the form designer put them. A field's
 // label stands to its left, so each field leaves room for its label there.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

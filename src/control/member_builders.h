@@ -2,7 +2,7 @@
 // Helpers for writing rows of the member table. Each subsystem adds its own rows
 // from its own folder through one of the add...Members functions below.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/members.h>
 
 #include <functional>

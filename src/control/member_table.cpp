@@ -1,7 +1,7 @@
 // The members of the control by name. Each row converts nothing itself: the
 // arguments reach it in their declared types (see invokeMember).
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/members.h>
 
 #include "member_builders.h"

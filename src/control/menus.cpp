@@ -2,7 +2,7 @@
 // their items. A right click in a day view opens one of them (see
 // day_view_handlers.cpp); every other rule of a command lives with its subsystem.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

@@ -3,6 +3,8 @@
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 
+#include <QuorvaneScheduler/control_internals.h>
+
 #include "control/text_properties.h"
 
 #include <charconv>
@@ -14,6 +16,26 @@ namespace quorvane {
     void ctlScheduler::set##Name(const std::string& value) { setText(w_.txt##Name, value, #Name); }
 QUORVANE_TEXT_PROPERTIES(QUORVANE_TEXT_PROPERTY)
 #undef QUORVANE_TEXT_PROPERTY
+
+#define QUORVANE_FIELD_PROPERTY(Name, field)                                                                       \
+    const std::string& ctlScheduler::Name() const { return state_.field; }                                         \
+    void ctlScheduler::set##Name(const std::string& value) { setField(state_.field, value, #Name); }
+QUORVANE_FIELD_PROPERTY(PatDOD, strPatDOD)
+QUORVANE_FIELD_PROPERTY(PatPrimaryActive, strPatPrimaryActive)
+QUORVANE_FIELD_PROPERTY(PatSecondaryActive, strPatSecondaryActive)
+QUORVANE_FIELD_PROPERTY(PhotoServerUsed, strPhotoServerUsed)
+QUORVANE_FIELD_PROPERTY(PhotoServerPath, strPhotoServerPath)
+QUORVANE_FIELD_PROPERTY(PhotoImageId, strPhotoImageId)
+QUORVANE_FIELD_PROPERTY(PhotoSaveLoc, strPhotoSaveLoc)
+#undef QUORVANE_FIELD_PROPERTY
+
+const std::string& ctlScheduler::TaskingEnabled() const { return state_.strTaskingEnabled; }
+std::string ctlScheduler::AppointmentTypeID() const { return state_.strAppointmentTypeID; }
+
+void ctlScheduler::setField(std::string& field, const std::string& value, const char* name) {
+    field = value;
+    platform_.container.propertyChanged(name);
+}
 
 void ctlScheduler::setText(TextField& field, const std::string& value, const char* name) {
     field.text = value;

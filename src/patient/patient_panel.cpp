@@ -2,7 +2,7 @@
 // PatientLoaded applies the display rules. The panel is the only record of the
 // patient: txtPatEID says whether one is selected.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

@@ -1,7 +1,7 @@
 // "Print Schedule": the day of the focused column described in one string for
 // the host's printout, as date~slot minutes~first business hour~last.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "slots/slot_scan.h"
 

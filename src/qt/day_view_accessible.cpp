@@ -3,6 +3,7 @@
 // nothing a reader hears can lag behind the grid. A part whose slot has
 // scrolled away or whose appointment has gone reads as invalid.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "qt/day_view_accessible.h"
 
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
@@ -143,7 +144,7 @@ public:
 
 QString spokenView(const DayViewWidget& w) {
     const PVDayView& v = w.view();
-    const PickList& list = w.owner().control().widgets().cmbResource[static_cast<std::size_t>(v.Index())];
+    const PickList& list = widgetsOf(w.owner().control()).cmbResource[static_cast<std::size_t>(v.Index())];
     QString resource = QString::fromStdString(list.list(list.listIndex()));
     if (resource.isEmpty()) resource = QStringLiteral("Column %1").arg(v.Index() + 1);
     const QDate date = qDateOf(v.CurrentDate());

@@ -4,6 +4,7 @@
 // the control's container, so it also hears the change reports, the errors a
 // gesture left and the enabled state.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/errors.h>
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
@@ -138,8 +139,8 @@ SchedulerWidget::~SchedulerWidget() {
     p.container.onUntrappedError = nullptr;
     p.container.onEnabledChanged = nullptr;
     if (p.messageBoxes == boxes_.get()) p.messageBoxes = previousBoxes_;
-    control_->widgets().mnuRightClickScheduler.onPopup = nullptr;
-    control_->widgets().mnuRightClickSchedulerApp.onPopup = nullptr;
+    widgetsOf(*control_).mnuRightClickScheduler.onPopup = nullptr;
+    widgetsOf(*control_).mnuRightClickSchedulerApp.onPopup = nullptr;
     if (control_->eventSink() == events_.get()) control_->setEventSink(nullptr);
 }
 
@@ -164,13 +165,13 @@ void SchedulerWidget::hookPlatform() {
         scheduleRefresh();
     };
     p.container.onShowModal = [this](Form& form) { showWeekForm(form); };
-    SchedulerWidgets& w = control_->widgets();
+    SchedulerWidgets& w = widgetsOf(*control_);
     for (PopupMenu* menu : {&w.mnuRightClickScheduler, &w.mnuRightClickSchedulerApp})
         menu->onPopup = [this](PopupMenu& m, float, float) { requestMenu(m); };
 }
 
 void SchedulerWidget::showWeekForm(Form& form) {
-    WeekViewForm* week = control_->widgets().frmWeekView.get();
+    WeekViewForm* week = widgetsOf(*control_).frmWeekView.get();
     if (week && &form == week) runWeekDialog(*this, *week);
 }
 

@@ -3,6 +3,7 @@
 // host asks. Input goes the other way as the models' own user gestures (a pick,
 // a click, typing, a key), each through runGesture.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/qt/day_view_widget.h>
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 
@@ -106,7 +107,7 @@ void SchedulerWidget::build() {
     timeOfDay_ = [] { return QTime::currentTime(); };
     static const bool readable = (QAccessible::installFactory(dayViewAccessible), true);
     (void)readable;
-    SchedulerWidgets& w = control_->widgets();
+    SchedulerWidgets& w = widgetsOf(*control_);
     for (int i = 0; i < kColumns; ++i)
         dayViews_[static_cast<std::size_t>(i)] =
             new DayViewWidget(*this, w.dvwResource[static_cast<std::size_t>(i)], this);
@@ -209,7 +210,7 @@ void SchedulerWidget::build() {
             arrow->setToolTip(QLatin1String(spoken));
         }
     connect(calendar_, &QCalendarWidget::clicked, this, [this](QDate date) {
-        runGesture([&] { control_->widgets().calCalendar->userPick(oleDateOf(date)); });
+        runGesture([&] { widgetsOf(*control_).calCalendar->userPick(oleDateOf(date)); });
     });
 
     columnScroll_ = new QScrollBar(Qt::Horizontal, this);
@@ -217,7 +218,7 @@ void SchedulerWidget::build() {
     columnScroll_->setAccessibleName(QStringLiteral("Columns"));
     connect(columnScroll_, &QScrollBar::valueChanged, this, [this](int value) {
         if (syncing_) return;
-        runGesture([&] { control_->widgets().sbSchedule.userScroll(static_cast<std::int16_t>(value)); });
+        runGesture([&] { widgetsOf(*control_).sbSchedule.userScroll(static_cast<std::int16_t>(value)); });
     });
     for (DayViewWidget* v : dayViews_)
         v->installEventFilter(this);
@@ -342,7 +343,7 @@ void SchedulerWidget::syncDateHeaders() {
     for (std::size_t i = 0; i < dateHeaders_.size(); ++i) {
         QLabel* header = dateHeaders_[i];
         const PVDayView& view = dayViews_[i]->view();
-        const PickList& list = control_->widgets().cmbResource[i];
+        const PickList& list = widgetsOf(*control_).cmbResource[i];
         const QDate date = qDateOf(view.CurrentDate());
         const bool isToday = view.CurrentDate() == today;
         header->setText((isToday ? QStringLiteral("Today ") : QString()) + english.toString(date, QStringLiteral("ddd M/d")));
@@ -426,7 +427,7 @@ void SchedulerWidget::syncButtons() {
 
 // Marked dates stand in bold; the marks of the last reading are taken off first.
 void SchedulerWidget::syncCalendar() {
-    const PVCalendar& cal = *control_->widgets().calCalendar;
+    const PVCalendar& cal = *widgetsOf(*control_).calCalendar;
     calendar_->setGeometry(pixelRect(cal));
     calendar_->setVisible(cal.visible);
     const QSignalBlocker block(calendar_);
@@ -444,7 +445,7 @@ void SchedulerWidget::syncCalendar() {
 }
 
 void SchedulerWidget::syncScrollBar() {
-    const ScrollBar& sb = control_->widgets().sbSchedule;
+    const ScrollBar& sb = widgetsOf(*control_).sbSchedule;
     const QSignalBlocker block(columnScroll_);
     columnScroll_->setGeometry(pixelRect(sb));
     columnScroll_->setVisible(sb.visible);
@@ -466,7 +467,7 @@ void SchedulerWidget::syncFocus() {
 }
 
 void SchedulerWidget::revealColumn(DayViewWidget& column) {
-    ScrollBar& sb = control_->widgets().sbSchedule;
+    ScrollBar& sb = widgetsOf(*control_).sbSchedule;
     for (int step = 0; step < kColumns && column.isVisible(); ++step) {
         const QRect at = column.geometry();
         const bool before = at.left() < 0, after = at.right() >= width();

@@ -2,6 +2,7 @@
 // as day views are, and the Close button. The form handles no event of the
 // week: a click on an appointment does nothing.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/qt/day_view_widget.h>
 #include <QuorvaneScheduler/qt/scheduler_widget.h>
 

@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 
 #include <algorithm>
@@ -129,7 +130,7 @@ Console::Console(std::ostream& out, OleDate today) : out_(out) {
         control_->frmWeekView().cmdClose.click();
     };
     for (PopupMenu* menu :
-         {&control_->widgets().mnuRightClickScheduler, &control_->widgets().mnuRightClickSchedulerApp})
+         {&widgetsOf(*control_).mnuRightClickScheduler, &widgetsOf(*control_).mnuRightClickSchedulerApp})
         menu->onPopup = [this](PopupMenu& m, float, float) {
             emit("popup " + m.name);
             openMenu_ = &m;
@@ -308,7 +309,7 @@ DayViewRef Console::dayView(const Segment& seg) {
     if (seg.args.size() != 1) throw ScriptError("dvwResource takes one index");
     const std::int32_t i = wholeNumber(seg.args[0], "the day view index");
     if (i < 0 || i >= kColumns) throw ScriptError("no day view dvwResource(" + std::to_string(i) + ")");
-    return control_->widgets().dvwResource[static_cast<std::size_t>(i)];
+    return widgetsOf(*control_).dvwResource[static_cast<std::size_t>(i)];
 }
 
 DayViewRef Console::weekDay(const Segment& days) {
@@ -371,7 +372,7 @@ std::string Console::suggestWidget(std::string_view name) {
     std::vector<std::string> names = ctlScheduler::textFieldNames();
     for (std::string& b : ctlScheduler::buttonNames())
         names.push_back(std::move(b));
-    for (const MenuItem* item : control_->widgets().menuItems)
+    for (const MenuItem* item : widgetsOf(*control_).menuItems)
         names.push_back(item->name);
     for (const char* other :
          {"cmbResourceGroup", "cmbNumOfSchedules", "sbSchedule", "calCalendar", "cmbResource",

@@ -1,5 +1,6 @@
 // The user's gestures, played through the widgets the way a window delivers them.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 
 namespace quorvane::host {
@@ -67,7 +68,7 @@ void Console::doGesture(const Gesture& g) {
     }
     openMenu_ = nullptr; // any other gesture closes an open menu first
 
-    SchedulerWidgets& w = control_->widgets();
+    SchedulerWidgets& w = widgetsOf(*control_);
     const Segment& target = g.widget;
     const bool enabled = control_->UserControlEnabled();
 
@@ -109,11 +110,11 @@ void Console::doGesture(const Gesture& g) {
         if (g.hasTarget) {
             if (target.hasArgs || g.target.hasArgs)
                 throw ScriptError("'" + g.target.name + "' is no text field");
-            field = control_->findTextField(g.target.name);
+            field = ControlInternals::findTextField(*control_, g.target.name);
             if (!field)
                 throw ScriptError("'" + g.target.name + "' is no text field" + suggestWidget(g.target.name));
         } else {
-            field = control_->findTextField(platform_.container.activeControl());
+            field = ControlInternals::findTextField(*control_, platform_.container.activeControl());
         }
         if (!enabled) return emit("~ disabled");
         if (field && !field->visible) return emit("~ hidden");
@@ -134,7 +135,7 @@ void Console::doGesture(const Gesture& g) {
         return;
     }
     if (a == "click" && g.aim.empty()) {
-        Button* button = control_->findButton(target.name);
+        Button* button = ControlInternals::findButton(*control_, target.name);
         if (!button) throw ScriptError("'" + target.name + "' is no button" + suggestWidget(target.name));
         if (!enabled || !button->enabled) return emit("~ disabled");
         if (!button->visible) return emit("~ hidden");
@@ -142,7 +143,7 @@ void Console::doGesture(const Gesture& g) {
         return;
     }
     if (a == "type" && g.aim.empty()) {
-        TextField* field = control_->findTextField(target.name);
+        TextField* field = ControlInternals::findTextField(*control_, target.name);
         if (!field || !isEditable(target.name))
             throw ScriptError("'" + target.name + "' is no field the user types in");
         const std::string text = textValue(evaluate(g.values.at(0)));

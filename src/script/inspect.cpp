@@ -1,5 +1,6 @@
 // The console's inspection paths: what `get` reads besides the control's members.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 
 #include <array>
@@ -194,7 +195,7 @@ Variant Console::appointmentField(const Appointment& app, const Segment& f) {
 }
 
 Variant Console::stateField(const Segment& f) {
-    const SchedulerState& s = control_->state();
+    const SchedulerState& s = stateOf(*control_);
     std::vector<std::int32_t> idx;
     for (const Expr& e : f.args)
         idx.push_back(wholeNumber(e, "an index"));
@@ -267,7 +268,7 @@ Variant Console::stateField(const Segment& f) {
 }
 
 PickList* Console::pickList(const Segment& seg) {
-    SchedulerWidgets& w = control_->widgets();
+    SchedulerWidgets& w = widgetsOf(*control_);
     std::array<PickList, kColumns>* column = nullptr;
     if (seg.name == "cmbResourceCatType")
         column = &w.cmbResourceCatType;
@@ -293,7 +294,7 @@ Variant Console::widgetProperty(const Chain& path) {
     if (path.size() != 2) nothing(path);
     const Segment& head = path.front();
     const Segment& prop = path[1];
-    SchedulerWidgets& w = control_->widgets();
+    SchedulerWidgets& w = widgetsOf(*control_);
     Variant out;
 
     PickList* list = pickList(head);
@@ -314,8 +315,8 @@ Variant Console::widgetProperty(const Chain& path) {
         if (head.args.size() != 1) nothing(path);
         const std::string element =
             head.name + "(" + std::to_string(wholeNumber(head.args[0], "the menu index")) + ")";
-        if (MenuItem* item = control_->findMenuItem(element)) return menuItemProperty(*item, path);
-        if (control_->findMenuItem(head.name + "(1)")) throw SubscriptOutOfRange();
+        if (MenuItem* item = ControlInternals::findMenuItem(*control_, element)) return menuItemProperty(*item, path);
+        if (ControlInternals::findMenuItem(*control_, head.name + "(1)")) throw SubscriptOutOfRange();
         nothing(path);
     }
     if (head.name == "calCalendar") {
@@ -338,19 +339,19 @@ Variant Console::widgetProperty(const Chain& path) {
         if (common(sb, prop.name, out)) return out;
         nothing(path);
     }
-    if (TextField* field = control_->findTextField(head.name)) {
+    if (TextField* field = ControlInternals::findTextField(*control_, head.name)) {
         if (prop.name == "Text") return Variant(field->text);
         if (prop.name == "BackColor") return Variant(field->backColor);
         if (prop.name == "ForeColor") return Variant(field->foreColor);
         if (common(*field, prop.name, out)) return out;
         nothing(path);
     }
-    if (Button* button = control_->findButton(head.name)) {
+    if (Button* button = ControlInternals::findButton(*control_, head.name)) {
         if (prop.name == "Caption") return Variant(button->caption);
         if (common(*button, prop.name, out)) return out;
         nothing(path);
     }
-    if (MenuItem* item = control_->findMenuItem(head.name)) return menuItemProperty(*item, path);
+    if (MenuItem* item = ControlInternals::findMenuItem(*control_, head.name)) return menuItemProperty(*item, path);
     for (const PopupMenu* menu : {&w.mnuRightClickScheduler, &w.mnuRightClickSchedulerApp})
         if (head.name == menu->name) return menuItemProperty(*menu, path);
     throw ScriptError("'" + head.name + "' names nothing" + suggestWidget(head.name));

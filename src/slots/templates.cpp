@@ -2,7 +2,7 @@
 // day view's slots, and painted again after anything that loses the colours.
 // Also the colour strings that every colour from the host arrives as.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include <algorithm>
 #include <cstddef>

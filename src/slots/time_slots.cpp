@@ -2,7 +2,7 @@
 // carries a selected slot, the search for that slot when a booking asks, and the
 // host's repaint of a grid.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 #include "slots/slot_scan.h"
 

@@ -3,7 +3,7 @@
 // templates in one by one and shows the form. Whatever it held is gone at each
 // load and each close, so every showing starts from the host's input.
 
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 
 namespace quorvane {
 

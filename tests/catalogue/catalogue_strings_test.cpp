@@ -2,6 +2,7 @@
 // replaced by a recorder, so each test sees what assigning the strings does and
 // nothing of the group selection behind it; the scenarios show the whole chain.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "control/control_fixture.h"
 
 using namespace quorvane;
@@ -31,8 +32,8 @@ struct CatalogueTest : ControlFixture {
         w().cmbResourceGroup.onClick = [this] { clicks.push_back(w().cmbResourceGroup.text()); };
         clicks.clear(), log.clear();
     }
-    SchedulerWidgets& w() { return control->widgets(); }
-    const SchedulerState& s() { return control->state(); }
+    SchedulerWidgets& w() { return widgetsOf(*control); }
+    const SchedulerState& s() { return stateOf(*control); }
     // An item in every column's lists, and a selection in the key list, which
     // has no handler: what an earlier group leaves behind.
     void fillColumnLists() {

@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "control/control_fixture.h"
 #include <cmath>
 
@@ -5,14 +6,14 @@ using namespace quorvane;
 using quorvane::test::ControlFixture;
 
 struct LayoutTest : ControlFixture {
-    SchedulerWidgets& w() { return control->widgets(); }
+    SchedulerWidgets& w() { return widgetsOf(*control); }
 };
 
 TEST_F(LayoutTest, ResizeThenEachNumberOfColumns) {
     control->ResizeControl(700, 1000);
     EXPECT_FLOAT_EQ(w().sbSchedule.top, 10215);
     EXPECT_FLOAT_EQ(w().sbSchedule.width, 14900);
-    EXPECT_EQ(control->state().lngScheduleWidth, 14900);
+    EXPECT_EQ(stateOf(*control).lngScheduleWidth, 14900);
     for (int i = 0; i < kColumns; ++i)
         EXPECT_FLOAT_EQ(view(i).Height, 7110);
     EXPECT_FLOAT_EQ(view(1).Width, 1440) << "no number selected yet: widths wait";

@@ -2,6 +2,7 @@
 // without the patient or appointment it needs, and exactly what the host hears
 // or the user is told.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "control/control_fixture.h"
 
 #include <QuorvaneScheduler/errors.h>
@@ -16,20 +17,20 @@ enum class State { Patient, BlankPatient, NoPatient, Named, Unnamed, NoPatientId
 struct Routing : ControlFixture {
     Routing() {
         for (PopupMenu* menu :
-             {&control->widgets().mnuRightClickScheduler, &control->widgets().mnuRightClickSchedulerApp})
+             {&widgetsOf(*control).mnuRightClickScheduler, &widgetsOf(*control).mnuRightClickSchedulerApp})
             menu->onPopup = [this](PopupMenu& m, float, float) { opened = &m; };
         setColours();
         control->setResourceGroupViews("10~Main~2~2");
         control->setResourceGroupDefaults("10~Main~501~1");
         control->setResourceGroups("10~Main~Y~501~Dr. Ortiz~Providers~Dentists");
         control->AddAppointment("1", "Visit", at(9, 0), at(9, 30), "1204", "Scheduled", "", "5531");
-        control->widgets().txtAppComments.text = "note";
-        control->widgets().txtAppChiefComplaint.text = "pain";
+        widgetsOf(*control).txtAppComments.text = "note";
+        widgetsOf(*control).txtAppChiefComplaint.text = "pain";
     }
 
     // Puts the control in `state` and runs the command of the widget or menu item named.
     std::string run(const std::string& command, State state) {
-        SchedulerWidgets& w = control->widgets();
+        SchedulerWidgets& w = widgetsOf(*control);
         w.txtPatEID.text = state == State::NoPatient ? "" : state == State::BlankPatient ? "  " : "5531 ";
         w.txtPatChartNumber.text = state == State::NoPatient || state == State::BlankPatient ? "" : "C-7";
         const AppointmentRef app = set(0).FirstAppointment();
@@ -39,10 +40,10 @@ struct Routing : ControlFixture {
         app->Tag = tags.count(state) ? tags.at(state) : "1204~~5531";
         log.clear();
         try {
-            if (MenuItem* item = control->findMenuItem(command))
+            if (MenuItem* item = ControlInternals::findMenuItem(*control, command))
                 item->onClick();
             else
-                control->findButton(command)->onClick();
+                ControlInternals::findButton(*control, command)->onClick();
         } catch (const RuntimeError& e) {
             log.push_back("! " + std::string(errorKindName(e.kind())));
         }
@@ -80,8 +81,8 @@ TEST_F(Routing, PanelButtons) {
     // clang-format on
     for (const auto& row : rows)
         EXPECT_EQ(run(row.command, row.state), row.heard) << row.command << " in state " << int(row.state);
-    EXPECT_EQ(control->widgets().txtPatEID.text, "") << "the search clears the panel first";
-    EXPECT_EQ(control->widgets().txtAppComments.text, "");
+    EXPECT_EQ(widgetsOf(*control).txtPatEID.text, "") << "the search clears the panel first";
+    EXPECT_EQ(widgetsOf(*control).txtAppComments.text, "");
 }
 
 TEST_F(Routing, MenuCommandsOfAFreeSlot) {
@@ -103,10 +104,10 @@ TEST_F(Routing, MenuCommandsOfAFreeSlot) {
         EXPECT_EQ(run(command, State::NoPatient), heard) << command;
     // The second column shows no resource: the commands still go, with an empty
     // one, but for the printout.
-    EXPECT_TRUE(control->widgets().dvwResource[1]->userClickAt(at(9, 0), true));
+    EXPECT_TRUE(widgetsOf(*control).dvwResource[1]->userClickAt(at(9, 0), true));
     log.clear();
-    control->widgets().mnoPrintDaysFacesheets.onClick();
-    control->widgets().mnoPrint.onClick();
+    widgetsOf(*control).mnoPrintDaysFacesheets.onClick();
+    widgetsOf(*control).mnoPrint.onClick();
     EXPECT_EQ(log, (std::vector<std::string>{"event PrintDaysFacesheets(, 1/15/2008)",
                                              "msgbox You must select a resource"}));
 }
@@ -144,7 +145,7 @@ TEST_F(Routing, MenusShowAllTheirItemsInEveryState) {
         for (const bool onAppointment : {false, true}) {
             run("cmdLegend", state);
             opened = nullptr;
-            PVDayView& view = *control->widgets().dvwResource[0];
+            PVDayView& view = *widgetsOf(*control).dvwResource[0];
             if (onAppointment)
                 view.userClickOn(set(0).FirstAppointment()->Key(), true);
             else

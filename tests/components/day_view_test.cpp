@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/components/day_view.h>
 #include <QuorvaneScheduler/errors.h>
 
@@ -40,12 +41,12 @@ struct DayViewTest : ::testing::Test {
     }
     void listen(PVDayView& v) {
         // clang-format off
-        v.GotFocus = logger<>("GotFocus"), v.Click = logger<>("Click"), v.DblClick = logger<>("DblClick");
-        v.MouseButton = logger<std::int16_t, std::int16_t, float, float>("MouseButton");
-        v.AfterAdd = logger<AppointmentRef>("AfterAdd"), v.BeforeRemove = logger<AppointmentRef>("BeforeRemove");
-        v.AfterResize = logger<AppointmentRef>("AfterResize"), v.BeforeDrag = logger<AppointmentRef>("BeforeDrag");
-        v.AfterDrag = logger<AppointmentRef>("AfterDrag"), v.DateChange = logger<OleDate>("DateChange");
-        v.TopIndexChange = logger<OleDate>("TopIndexChange"), v.TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
+        hooksOf(v).GotFocus = logger<>("GotFocus"), hooksOf(v).Click = logger<>("Click"), hooksOf(v).DblClick = logger<>("DblClick");
+        hooksOf(v).MouseButton = logger<std::int16_t, std::int16_t, float, float>("MouseButton");
+        hooksOf(v).AfterAdd = logger<AppointmentRef>("AfterAdd"), hooksOf(v).BeforeRemove = logger<AppointmentRef>("BeforeRemove");
+        hooksOf(v).AfterResize = logger<AppointmentRef>("AfterResize"), hooksOf(v).BeforeDrag = logger<AppointmentRef>("BeforeDrag");
+        hooksOf(v).AfterDrag = logger<AppointmentRef>("AfterDrag"), hooksOf(v).DateChange = logger<OleDate>("DateChange");
+        hooksOf(v).TopIndexChange = logger<OleDate>("TopIndexChange"), hooksOf(v).TimeSlotSelect = logger<OleDate>("TimeSlotSelect");
         // clang-format on
     }
     // The events since the last call, or "refused" for a gesture that did nothing.
@@ -293,10 +294,10 @@ TEST_F(DayViewTest, HandlerThatDropsItselfRunsToItsEnd) {
     auto once = [&ran](std::function<void(std::int16_t, AppointmentRef)>& event, std::string name) {
         event = [&event, &ran, name](std::int16_t, AppointmentRef) { event = nullptr, ran.push_back(name); };
     };
-    once(view.BeforeDrag, "BeforeDrag"), once(other.AfterAdd, "AfterAdd");
-    once(other.AfterDrag, "AfterDrag"), once(view.BeforeRemove, "BeforeRemove");
-    other.Click = [this, &ran, name = std::string("Click")](std::int16_t) {
-        other.Click = nullptr, ran.push_back(name);
+    once(hooksOf(view).BeforeDrag, "BeforeDrag"), once(hooksOf(other).AfterAdd, "AfterAdd");
+    once(hooksOf(other).AfterDrag, "AfterDrag"), once(hooksOf(view).BeforeRemove, "BeforeRemove");
+    hooksOf(other).Click = [this, &ran, name = std::string("Click")](std::int16_t) {
+        hooksOf(other).Click = nullptr, ran.push_back(name);
     };
     EXPECT_TRUE(view.userDrag(1, other, makeTime(10, 0, 0)));
     EXPECT_TRUE(other.userClickOn(1));
@@ -387,10 +388,10 @@ TEST_F(DayViewGeometryTest, PressAtAPointAndScrollWithinTheDay) {
     view.setIncrements(1);
     view.appointmentSet().Add("a", at(9, 0), at(10, 0));
     Log seen; // the press and scroll events alone
-    view.MouseButton = [&](std::int16_t, std::int16_t b, std::int16_t, float x, float y) {
+    hooksOf(view).MouseButton = [&](std::int16_t, std::int16_t b, std::int16_t, float x, float y) {
         seen.push_back(std::to_string(b) + "@" + std::to_string(int(x)) + "," + std::to_string(int(y)));
     };
-    view.TopIndexChange = [&](std::int16_t, OleDate t) { seen.push_back(generalDateText(t)); };
+    hooksOf(view).TopIndexChange = [&](std::int16_t, OleDate t) { seen.push_back(generalDateText(t)); };
     EXPECT_TRUE(view.userPressAt(60, 50));        // on the appointment
     EXPECT_TRUE(view.userPressAt(180, 25, true)); // beside it
     EXPECT_FALSE(view.userPressAt(60, 200));

@@ -1,5 +1,5 @@
 #pragma once
-#include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/members.h>
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ struct ControlFixture : ::testing::Test {
         control->ccScheduled = 4, control->ccCheckedOut = 5, control->ccNoShow = 6;
     }
     OleDate at(int h, int m) const { return makeDateTime(2008, 1, 15, h, m, 0); }
-    PVDayView& view(int i) { return *control->widgets().dvwResource[static_cast<std::size_t>(i)]; }
+    PVDayView& view(int i) { return *widgetsOf(*control).dvwResource[static_cast<std::size_t>(i)]; }
     AppointmentSet& set(int index) { return view(index).appointmentSet(); }
     // A member called by name, as a host calls it.
     Variant invoke(const std::string& name, MemberKind kind, std::vector<Variant> args) {

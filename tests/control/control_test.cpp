@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "control_fixture.h"
 
 #include <QuorvaneScheduler/members.h>
@@ -28,11 +29,11 @@ TEST_F(AppointmentTest, ByReferenceEventArgumentsComeBack) {
 
 // What a view reports as refused, the control takes back at once.
 TEST_F(AppointmentTest, RefusedChangesAreTakenBack) {
-    PVDayView& view = *control->widgets().dvwResource[1];
-    view.AfterAdd = [&](std::int16_t i, AppointmentRef a) { view.AppointmentChangeRefused(i, a); };
+    PVDayView& view = *widgetsOf(*control).dvwResource[1];
+    hooksOf(view).AfterAdd = [&](std::int16_t i, AppointmentRef a) { hooksOf(view).AppointmentChangeRefused(i, a); };
     view.userType(at(9, 0), "Walk-in");
     EXPECT_EQ(view.appointmentSet().Count(), 0);
-    view.AfterResize = [&](std::int16_t i, AppointmentRef) { view.ViewChangeRefused(i); };
+    hooksOf(view).AfterResize = [&](std::int16_t i, AppointmentRef) { hooksOf(view).ViewChangeRefused(i); };
     const AppointmentRef app = view.appointmentSet().Add("Visit", at(9, 0), at(9, 30));
     view.userResize(app->Key(), at(10, 0));
     EXPECT_EQ(app->EndDateTime, at(9, 30));
@@ -56,7 +57,7 @@ TEST_F(ControlTest, PrintoutDescribesTheFocusedColumnsDay) {
     control->setResourceGroupViews("10~Main~1~1");
     control->setResourceGroupDefaults("10~Main~501~1");
     control->setResourceGroups("10~Main~Y~501~Dr. Ortiz~Providers~Dentists");
-    PVDayView& view = *control->widgets().dvwResource[0];
+    PVDayView& view = *widgetsOf(*control).dvwResource[0];
     // clang-format off
     const struct { std::int32_t increments; OleDate date, begin, end; const char* info; } rows[] = {
         {0, makeDate(2008, 1, 5), makeTime(8, 30, 0), makeTime(17, 0, 0), "20080105~60~08~17"},
@@ -67,7 +68,7 @@ TEST_F(ControlTest, PrintoutDescribesTheFocusedColumnsDay) {
     for (const auto& row : rows) {
         view.setIncrements(row.increments);
         view.setBusinessHours(row.begin, row.end);
-        control->widgets().dvwResource[0]->setCurrentDate(row.date);
+        widgetsOf(*control).dvwResource[0]->setCurrentDate(row.date);
         log.clear();
         control->mnoPrint_Click();
         EXPECT_EQ(log, (std::vector<std::string>{"event PrintDay(501, " + std::string(row.info) + ")"}));

@@ -2,6 +2,7 @@
 // A practice desk without a window: its store, the control and the desk's host,
 // with what the desk tells the user kept for the test to read.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "desk_host.h"
 
 #include <QCoreApplication>
@@ -31,7 +32,7 @@ struct Desk {
     }
     // The same for the patient on the panel; the id the store gave, or 0.
     qint64 bookAt(int column, int hour, int minute) {
-        quorvane::PVDayView& view = *control.widgets().dvwResource[static_cast<std::size_t>(column - 1)];
+        quorvane::PVDayView& view = *widgetsOf(control).dvwResource[static_cast<std::size_t>(column - 1)];
         const quorvane::OleDate time = quorvane::makeTime(hour, minute, 0);
         if (!view.pointOfTime(time)) view.setTopIndex(quorvane::addMinutes(view.CurrentDate(), hour * 60));
         view.userClickAt(time);
@@ -45,7 +46,7 @@ struct Desk {
     // Lets the desk finish what it put off until the gesture had ended.
     static void settle() { QCoreApplication::processEvents(); }
     quorvane::AppointmentSet& set(int column) {
-        return control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->appointmentSet();
+        return widgetsOf(control).dvwResource[static_cast<std::size_t>(column - 1)]->appointmentSet();
     }
 
     quorvane::Platform platform;

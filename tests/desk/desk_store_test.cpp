@@ -4,6 +4,7 @@
 // loses none that were committed, and a database that cannot be written or read
 // gives its message and no crash.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "desk_fixture.h"
 
 #include <QCoreApplication>
@@ -33,11 +34,11 @@ struct DeskStore : ::testing::Test {
 TEST_F(DeskStore, ANewDatabaseSeedsAPracticeTheControlShows) {
     Desk desk(path);
     EXPECT_EQ(desk.store.schemaVersion(), PracticeStore::kSchemaVersion);
-    EXPECT_EQ(desk.control.widgets().cmbResourceGroup.text(), "Main Office");
+    EXPECT_EQ(widgetsOf(desk.control).cmbResourceGroup.text(), "Main Office");
     EXPECT_EQ(desk.control.ResourceValue(0), "501");
     EXPECT_EQ(desk.set(1).Count(), 6) << "Monday's day of Dr. Ortiz";
     EXPECT_EQ(desk.control.GetStatus(desk.set(1).FirstAppointment()), "Scheduled");
-    EXPECT_EQ(desk.control.widgets().dvwResource[0]->TimeSlotColor(makeTime(12, 30, 0)), 0xC0C0C0)
+    EXPECT_EQ(widgetsOf(desk.control).dvwResource[0]->TimeSlotColor(makeTime(12, 30, 0)), 0xC0C0C0)
         << "the lunch break is painted";
     EXPECT_EQ(desk.store.findPatients("Hopper").size(), 1u);
     EXPECT_TRUE(desk.told.empty());
@@ -114,7 +115,7 @@ TEST_F(DeskStore, DoubleBookingsAreRefusedUnlessThePracticeAllowsThem) {
     EXPECT_EQ(desk.set(1).Count(), 6) << "the refused booking is gone from the grid";
     EXPECT_TRUE(desk.control.UserControlEnabled());
 
-    PVDayView& first = *desk.control.widgets().dvwResource[0];
+    PVDayView& first = *widgetsOf(desk.control).dvwResource[0];
     const AppointmentRef moved = desk.set(1).FirstAppointment();
     ASSERT_TRUE(first.userDrag(moved->Key(), first, makeTime(9, 30, 0)));
     desk.settle();

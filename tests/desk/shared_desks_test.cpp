@@ -4,6 +4,7 @@
 // ends a desk; desks that start together set up one practice; two desks
 // racing for one slot cannot both win it.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "desk_fixture.h"
 #include "pg_server.h"
 
@@ -67,7 +68,7 @@ Grid stored(Desk& desk, PracticeStore& store) {
     for (int column = 1; column <= 3; ++column)
         for (const StoredAppointment& a :
              store.appointments(QString::fromStdString(desk.control.ResourceValue(column - 1)),
-                                desk.control.widgets().dvwResource[static_cast<std::size_t>(column - 1)]->CurrentDate()))
+                                widgetsOf(desk.control).dvwResource[static_cast<std::size_t>(column - 1)]->CurrentDate()))
             out.emplace(std::to_string(a.id), a.start.value, a.end.value);
     return out;
 }
@@ -80,7 +81,7 @@ TEST_F(SharedDesks, BothDesksComeBackAfterTheirServerRestarts) {
     Desk busy(server.location(), "busy");
     busy.host.loadPatient("5501");
     const OleDate top = makeDateTime(2026, 11, 23, 9, 0, 0);
-    idle.control.widgets().dvwResource[0]->setTopIndex(top);
+    widgetsOf(idle.control).dvwResource[0]->setTopIndex(top);
     std::vector<qint64> confirmed;
     int slot = 0;
     auto bookNext = [&] {
@@ -124,7 +125,7 @@ TEST_F(SharedDesks, BothDesksComeBackAfterTheirServerRestarts) {
             return std::ranges::any_of(shown(idle), [&](const auto& a) { return std::get<0>(a) == tag; });
         })) << "the idle desk listens again";
     }
-    EXPECT_EQ(idle.control.widgets().dvwResource[0]->TopIndex(), top) << "reloads keep the top of the grid";
+    EXPECT_EQ(widgetsOf(idle.control).dvwResource[0]->TopIndex(), top) << "reloads keep the top of the grid";
     PracticeStore check("check");
     check.open(server.location(), practice::test::kToday);
     EXPECT_EQ(shown(idle), stored(idle, check));
@@ -147,7 +148,7 @@ TEST_F(SharedDesks, ANoticeNeverEndsADesk) {
     }
     Desk desk(server.location(), "desk");
     ASSERT_EQ(desk.control.ResourceValue(2), "R|ö");
-    desk.control.widgets().txtAppComments.text = "typed, not yet saved";
+    widgetsOf(desk.control).txtAppComments.text = "typed, not yet saved";
     for (const QString& payload : {QString("501|tomorrow"), QString(), QString("{\"resource\": 501}"),
                                    QString("{\"resource\": \"501\", \"day\": \"2026-02-30\"}"), QString(7999, 'x')})
         ASSERT_TRUE(server.psql("NOTIFY schedule_changed, '" + payload + "'")) << payload.left(40).toStdString();
@@ -158,7 +159,7 @@ TEST_F(SharedDesks, ANoticeNeverEndsADesk) {
     ASSERT_TRUE(server.psql("SELECT pg_notify('schedule_changed', '" +
                             PracticeStore::noticeOf("R|ö", practice::test::kToday) + "')"));
     EXPECT_TRUE(within([&] { return shows(desk, 3, "Ada Byron", makeDateTime(2026, 11, 23, 15, 0, 0)); }));
-    EXPECT_EQ(desk.control.widgets().txtAppComments.text, "typed, not yet saved");
+    EXPECT_EQ(widgetsOf(desk.control).txtAppComments.text, "typed, not yet saved");
 }
 
 // Four desks started at one moment on a server's empty database: one sets the

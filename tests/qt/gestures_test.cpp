@@ -3,6 +3,7 @@
 // what the host console prints for the console's gestures of the same name:
 // the window must never raise more, fewer or other events than the console.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "window_fixture.h"
 
 #include <QuorvaneScheduler/errors.h>
@@ -72,7 +73,7 @@ TEST_F(WindowTest, ClicksOnSlotsAndOverlappingAppointments) {
     QTest::mouseDClick(&day(0), Qt::LeftButton, {}, on(0, 1));
     EXPECT_EQ(model(0).appointmentSet().GetSelectedAppointment()->Key(), 1);
     EXPECT_EQ(selected.count(), 1);
-    EXPECT_EQ(window->control().widgets().txtAppAppointmentId.text, "1201");
+    EXPECT_EQ(widgetsOf(window->control()).txtAppAppointmentId.text, "1201");
     EXPECT_EQ(took(), consoleTranscript(kMorning, std::string(kEndBusyPhases) +
                                                       "user click dvwResource(1) at #2:00:00 PM#\n"
                                                       "user click dvwResource(0) on 2\n"
@@ -84,8 +85,8 @@ TEST_F(WindowTest, ClicksOnSlotsAndOverlappingAppointments) {
 TEST_F(WindowTest, RightClickOpensTheMenuOfWhatLiesUnderThePointer) {
     ctlScheduler& c = window->control();
     QObject::connect(window.get(), &SchedulerWidget::addApptWithPatient, [&c](const QString& number) {
-        const auto key = static_cast<std::int32_t>(std::stol(c.widgets().txtAppKey.text));
-        c.SetAppId(number.toStdString(), "1204", key, c.widgets().txtAppPatEID.text);
+        const auto key = static_cast<std::int32_t>(std::stol(widgetsOf(c).txtAppKey.text));
+        c.SetAppId(number.toStdString(), "1204", key, widgetsOf(c).txtAppPatEID.text);
         c.SetStatus(c.GetDayView(number.toStdString())->appointmentSet().Item(key), "Scheduled");
         c.FocusControl();
     });
@@ -121,7 +122,7 @@ TEST_F(WindowTest, RightClickOpensTheMenuOfWhatLiesUnderThePointer) {
         if (key == 2 && QTest::qWaitFor([menu] { return menu->isVisible(); })) saveShot(shot(), "menu");
         menu->close();
     }
-    EXPECT_EQ(c.state().objCurrentApp->Key(), 1);
+    EXPECT_EQ(stateOf(c).objCurrentApp->Key(), 1);
     EXPECT_EQ(took(), consoleTranscript(kMorning, "on AddApptWithPatient call FocusControl\n"
                                                   "user click dvwResource(0) at #3:00:00 PM#\n"
                                                   "user rightclick dvwResource(0) at #3:00:00 PM#\n"
@@ -313,7 +314,7 @@ TEST_F(WindowTest, KeysReachTheControlFirstThenTheField) {
     ASSERT_TRUE(field);
     QTest::mouseClick(field->viewport(), Qt::LeftButton);
     QTest::keyClicks(field, "Knee");
-    EXPECT_EQ(window->control().widgets().txtAppChiefComplaint.text, "Knee");
+    EXPECT_EQ(widgetsOf(window->control()).txtAppChiefComplaint.text, "Knee");
     QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
     QTest::keyClick(field, Qt::Key_Q, Qt::ControlModifier); // no chart number: a message
     EXPECT_EQ(refresh.count(), 1);
@@ -343,7 +344,7 @@ TEST_F(WindowTest, AHostFailureInAGestureIsReportedAndTheWindowGoesOn) {
     ASSERT_TRUE(resources);
     resources->setFocus();
     QTest::keyClick(resources, Qt::Key_Down);
-    EXPECT_EQ(window->control().widgets().cmbResource[0].text(), "Dr. Park");
+    EXPECT_EQ(widgetsOf(window->control()).cmbResource[0].text(), "Dr. Park");
     ASSERT_EQ(errors.count(), 2);
     EXPECT_EQ(errors.at(1).at(0).toString(), "the host's store is full");
 }

@@ -13,6 +13,7 @@
 //
 // usage: reentrant-scripts SEED LINES > script.host
 
+#include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 
 #include <iostream>
@@ -160,7 +161,7 @@ struct Generator {
     }
 
     ctlScheduler& control() { return console_->control(); }
-    const PVDayView& column(int i) { return *control().widgets().dvwResource[static_cast<std::size_t>(i)]; }
+    const PVDayView& column(int i) { return *widgetsOf(control()).dvwResource[static_cast<std::size_t>(i)]; }
 
     // A visible column and a time on its grid, or -1.
     int visibleColumn(OleDate& time) {

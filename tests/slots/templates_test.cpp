@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "control/control_fixture.h"
 
 using namespace quorvane;
@@ -17,11 +18,11 @@ struct TemplateTest : SlotFixture {
         return first;
     }
     const Variant& cell(int column, int field, int row) const {
-        return (*control->state().varResourceTemplates)[static_cast<std::size_t>(
+        return (*stateOf(*control).varResourceTemplates)[static_cast<std::size_t>(
             column)][static_cast<std::size_t>(field)][static_cast<std::size_t>(row)];
     }
     std::int16_t count(int column) const {
-        return control->state().intTemplateCount[static_cast<std::size_t>(column)];
+        return stateOf(*control).intTemplateCount[static_cast<std::size_t>(column)];
     }
     void paint(OleDate start, OleDate end, std::string colour, const std::string& number = "1") {
         control->AddExistingTemplate(start, end, "", colour, number);
@@ -93,7 +94,7 @@ TEST_F(TemplateTest, PaintingLeavesTheSlotLengthTheListShows) {
     const std::pair<const char*, std::int32_t> rows[] = {
         {"60", 0}, {"30", 1}, {"15", 2}, {"10", 3}, {"5", 4}};
     for (const auto& [minutes, code] : rows) {
-        control->widgets().cmbDayIncrement[0].setText(minutes);
+        widgetsOf(*control).cmbDayIncrement[0].setText(minutes);
         paint(at(9, 0), at(9, 30), "#FF0000");
         EXPECT_EQ(view(0).Increments(), code) << minutes;
     }
@@ -129,7 +130,7 @@ TEST_F(TemplateTest, FailedPaintsLeaveTheGridAlone) {
 
 TEST_F(TemplateTest, WipeLeavesTheBareGridAndTheStore) {
     control->AddResourceTemplate(at(9, 0), at(10, 0), "Surgery", "#FF0000", "4", "Y");
-    control->widgets().cmbDayIncrement[3].setText("15");
+    widgetsOf(*control).cmbDayIncrement[3].setText("15");
     control->wipeTemplates(3);
     EXPECT_THROW(control->wipeTemplates(1 << 30), SubscriptOutOfRange);
     EXPECT_THROW(control->wipeTemplates(-(1 << 30)), SubscriptOutOfRange);

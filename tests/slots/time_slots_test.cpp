@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/control_internals.h>
 #include "control/control_fixture.h"
 #include "slots/slot_scan.h"
 
@@ -75,7 +76,7 @@ TEST(SlotScan, MinutesByIncrementsCode) {
 }
 
 struct TimeSlotTest : SlotFixture {
-    OleDate lastSlot(int entry) const { return control->state().dtLastSlot[static_cast<std::size_t>(entry)]; }
+    OleDate lastSlot(int entry) const { return stateOf(*control).dtLastSlot[static_cast<std::size_t>(entry)]; }
     // The non-empty entries of dtLastSlot, as "entry@H:MM".
     std::string entries() const {
         std::string s;
@@ -132,7 +133,7 @@ TEST_F(TimeSlotTest, ClearingLeavesSlotsItHasNoDatedEntryFor) {
     view(0).userSlot(at(8, 0));
     EXPECT_TRUE(view(2).TimeSlotSelected(at(9, 30)));
     EXPECT_EQ(control->getSelectedTimeSlot(view(2)), makeDateTime(2000, 1, 1, 9, 30, 0));
-    EXPECT_TRUE(control->state().blnSlotFound);
+    EXPECT_TRUE(stateOf(*control).blnSlotFound);
 
     control->dvwResource_TimeSlotSelect(4, makeTime(10, 0, 0)); // a slot without its date
     view(4).setTimeSlotSelected(at(10, 0), true);
@@ -242,7 +243,7 @@ TEST_F(TimeSlotTest, DayViewArgumentsMustBeDayViews) {
     EXPECT_EQ(entries(), "1@9:00:00 AM");
     EXPECT_TRUE(view(0).TimeSlotSelected(at(9, 0)));
     EXPECT_EQ(invoke("IntervalInMinutes", MemberKind::Method,
-                     {Variant(ObjectRef(control->widgets().dvwResource[9]))}),
+                     {Variant(ObjectRef(widgetsOf(*control).dvwResource[9]))}),
               Variant(std::int16_t(30)));
 }
 

@@ -155,21 +155,25 @@ public:
     // removal being asked about is cancelled, a resize or a drop is reverted.
     void Undo();
 
-    // Events, each with the view's index first.
-    std::function<void(std::int16_t)> GotFocus;
-    std::function<void(std::int16_t, std::int16_t button, std::int16_t shift, float x, float y)> MouseButton;
-    std::function<void(std::int16_t)> Click;
-    std::function<void(std::int16_t)> DblClick;
-    std::function<void(std::int16_t, AppointmentRef)> AfterAdd;
-    std::function<void(std::int16_t, AppointmentRef)> BeforeRemove;
-    std::function<void(std::int16_t, AppointmentRef)> AfterResize;
-    std::function<void(std::int16_t, AppointmentRef)> BeforeDrag;
-    std::function<void(std::int16_t, AppointmentRef)> AfterDrag;
-    std::function<void(std::int16_t, AppointmentRef)> AppointmentChangeRefused;
-    std::function<void(std::int16_t)> ViewChangeRefused;
-    std::function<void(std::int16_t, OleDate oldDate)> DateChange;
-    std::function<void(std::int16_t, OleDate topTime)> TopIndexChange;
-    std::function<void(std::int16_t, OleDate timeSlot)> TimeSlotSelect;
+    // The view's events, each with the view's index first. The control
+    // connects them to its columns; a host hears the control's events instead
+    // and cannot reach these (the control's internal header can).
+    struct Hooks {
+        std::function<void(std::int16_t)> GotFocus;
+        std::function<void(std::int16_t, std::int16_t button, std::int16_t shift, float x, float y)> MouseButton;
+        std::function<void(std::int16_t)> Click;
+        std::function<void(std::int16_t)> DblClick;
+        std::function<void(std::int16_t, AppointmentRef)> AfterAdd;
+        std::function<void(std::int16_t, AppointmentRef)> BeforeRemove;
+        std::function<void(std::int16_t, AppointmentRef)> AfterResize;
+        std::function<void(std::int16_t, AppointmentRef)> BeforeDrag;
+        std::function<void(std::int16_t, AppointmentRef)> AfterDrag;
+        std::function<void(std::int16_t, AppointmentRef)> AppointmentChangeRefused;
+        std::function<void(std::int16_t)> ViewChangeRefused;
+        std::function<void(std::int16_t, OleDate oldDate)> DateChange;
+        std::function<void(std::int16_t, OleDate topTime)> TopIndexChange;
+        std::function<void(std::int16_t, OleDate timeSlot)> TimeSlotSelect;
+    };
 
     // Geometry, in the view's pixels (15 twips each, whatever the screen).
     int visibleRows() const;
@@ -246,6 +250,8 @@ public:
 
 private:
     friend class AppointmentSet;
+    friend Hooks& hooksOf(PVDayView& view);
+    Hooks hooks_;
     static constexpr int kMinutesPerDay = 1440;
     static constexpr std::size_t kCells = 288; // five-minute cells of a day
 

@@ -2,6 +2,7 @@
 // patient search and its question are real dialogs, answered by keys. Not one
 // mouse event reaches the application, and the store holds each step.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "morning.h"
 
 #include <QuorvaneScheduler/qt/day_view_widget.h>
@@ -76,7 +77,7 @@ TEST(DeskByKeys, AWholeMorningWithoutTheMouse) {
         press(dialog, Qt::Key_Return);
     });
     user.key(Qt::Key_O, Qt::ControlModifier);
-    EXPECT_EQ(desk.control().widgets().txtPatName.text, "Grace Hopper");
+    EXPECT_EQ(widgetsOf(desk.control()).txtPatName.text, "Grace Hopper");
 
     // To Dr. Ortiz's grid, down to 11:00, and booked there from the menu.
     ASSERT_TRUE(user.tabTo(0));
@@ -134,12 +135,12 @@ TEST(DeskByKeys, AWholeMorningWithoutTheMouse) {
     user.key(Qt::Key_Right);
     EXPECT_EQ(QApplication::focusWidget(), &third);
     EXPECT_LE(third.geometry().right(), desk.scheduler().width());
-    EXPECT_EQ(desk.control().widgets().sbSchedule.value, 2);
+    EXPECT_EQ(widgetsOf(desk.control()).sbSchedule.value, 2);
     user.key(Qt::Key_Left);
-    EXPECT_EQ(desk.control().widgets().sbSchedule.value, 2) << "the second column is in view";
+    EXPECT_EQ(widgetsOf(desk.control()).sbSchedule.value, 2) << "the second column is in view";
     user.key(Qt::Key_Left);
     EXPECT_EQ(QApplication::focusWidget(), desk.scheduler().dayView(0));
-    EXPECT_EQ(desk.control().widgets().sbSchedule.value, 1);
+    EXPECT_EQ(widgetsOf(desk.control()).sbSchedule.value, 1);
 
     qApp->removeEventFilter(&mouse);
     EXPECT_EQ(mouse.seen, 0);
