@@ -4,6 +4,7 @@
 // control stores nothing: what it knows lives in this object and in its widgets,
 // and dies with it.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/day_view.h>
 #include <QuorvaneScheduler/components/platform.h>
 #include <QuorvaneScheduler/components/week_view.h>
@@ -36,7 +37,7 @@ struct WeekViewForm;
 struct ControlParts;
 struct ControlInternals;
 
-class ctlScheduler {
+class QUORVANE_EXPORT ctlScheduler {
 public:
     // Creation. The platform must outlive the control.
     explicit ctlScheduler(Platform& platform);
@@ -472,26 +473,26 @@ private:
 };
 
 // The tag string: appointment id, recurrence id and patient id joined by "~".
-std::string makeTag(const std::string& appId, const std::string& recurrenceId, const std::string& patientId);
+QUORVANE_EXPORT std::string makeTag(const std::string& appId, const std::string& recurrenceId, const std::string& patientId);
 // Field `index` of a tag split on every "~"; SubscriptOutOfRange past the last
 // field, and for any field of an empty tag.
-std::string tagField(const std::string& tag, std::size_t index);
+QUORVANE_EXPORT std::string tagField(const std::string& tag, std::size_t index);
 // A tag or a recurrence id counts as present when blanks trimmed leave characters.
-bool isPresent(const std::string& text);
+QUORVANE_EXPORT bool isPresent(const std::string& text);
 // A column index 0 to 9 as an array subscript; SubscriptOutOfRange, naming the
 // column number, for any other.
-std::size_t columnIndex(int index);
+QUORVANE_EXPORT std::size_t columnIndex(int index);
 // Blanks trimmed from both ends.
-std::string trimBlanks(const std::string& text);
+QUORVANE_EXPORT std::string trimBlanks(const std::string& text);
 // The text split on every `separator`, as the platform splits: an empty text
 // gives no fields at all, so even its field 0 is out of range.
-std::vector<std::string> splitFields(const std::string& text, char separator);
+QUORVANE_EXPORT std::vector<std::string> splitFields(const std::string& text, char separator);
 // Field `index` of split fields; SubscriptOutOfRange past the last.
-std::string fieldAt(const std::vector<std::string>& fields, std::size_t index);
+QUORVANE_EXPORT std::string fieldAt(const std::vector<std::string>& fields, std::size_t index);
 // The time of day of a date as its general text gives it: the last 11
 // characters, a one-digit hour bringing a leading blank along, or "12:00:00 AM"
 // for a text of 8 characters or fewer. A date-only text of 9 or 10 characters is
 // taken whole, and parses back to the same time of day, midnight.
-std::string timeTextOf(OleDate d);
+QUORVANE_EXPORT std::string timeTextOf(OleDate d);
 
 } // namespace quorvane

@@ -2,6 +2,8 @@
 // Run-time errors. A failed call reaches the host as one of these exceptions,
 // thrown at the step where the call fails; nothing inside the control catches it.
 
+#include <QuorvaneScheduler/export.h>
+
 #include <exception>
 #include <string>
 #include <string_view>
@@ -20,12 +22,12 @@ enum class ErrorKind {
 };
 
 // The kind's name as the console prints it: "TypeMismatch", "Overflow", ...
-std::string_view errorKindName(ErrorKind kind) noexcept;
+QUORVANE_EXPORT std::string_view errorKindName(ErrorKind kind) noexcept;
 
 // what() reads "MEMBER: reason" once the member whose call failed is known
 // (a call by name through the member table names it), and the reason alone
 // before that: `GetDayView: "11" names no column`.
-class RuntimeError : public std::exception {
+class QUORVANE_EXPORT RuntimeError : public std::exception {
 public:
     RuntimeError(ErrorKind kind, std::string reason)
         : kind_(kind), reason_(std::move(reason)), what_(reason_) {}
@@ -47,7 +49,7 @@ private:
 };
 
 // One type per kind, so a host can catch the one it expects.
-template <ErrorKind K> class RuntimeErrorOf : public RuntimeError {
+template <ErrorKind K> class QUORVANE_EXPORT RuntimeErrorOf : public RuntimeError {
 public:
     explicit RuntimeErrorOf(const std::string& what = std::string(errorKindName(K)))
         : RuntimeError(K, what) {}

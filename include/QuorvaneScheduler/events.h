@@ -4,6 +4,7 @@
 // a raise is a plain synchronous call into it, and the host may call the control
 // again from inside any of them.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/event_list.h>
 #include <QuorvaneScheduler/ole_date.h>
 #include <QuorvaneScheduler/variant.h>
@@ -38,7 +39,7 @@ template <class... T> void takeBackAll(const std::vector<Variant>& args, T&... p
 // reference and holds a string; ResourceOnClick's strResourceDate holds the date
 // as the day view gives it; RefreshSchedule is part of the interface but never
 // raised by the control.
-class ctlSchedulerEvents {
+class QUORVANE_EXPORT ctlSchedulerEvents {
 public:
     virtual ~ctlSchedulerEvents() = default;
 
@@ -49,22 +50,22 @@ public:
 };
 
 // One event of the interface as a host sees it by name.
-struct EventParam {
+struct QUORVANE_EXPORT EventParam {
     std::string_view name;
     VariantType type; // String, Integer, Date or Empty (a Variant)
     bool byRef = false;
 };
-struct EventInfo {
+struct QUORVANE_EXPORT EventInfo {
     std::string_view name;
     std::vector<EventParam> params;
 };
 // The 37 events in the order of the interface.
-const std::vector<EventInfo>& eventTable();
-const EventInfo* findEvent(std::string_view name);
+QUORVANE_EXPORT const std::vector<EventInfo>& eventTable();
+QUORVANE_EXPORT const EventInfo* findEvent(std::string_view name);
 
 // Hears every event by name, with its arguments as Variants. A by-reference
 // argument the handler changes in `args` goes back to the control.
-class EventsByName final : public ctlSchedulerEvents {
+class QUORVANE_EXPORT EventsByName final : public ctlSchedulerEvents {
 public:
     using Handler = std::function<void(std::string_view name, std::vector<Variant>& args)>;
     explicit EventsByName(Handler handler) : handler_(std::move(handler)) {}

@@ -4,6 +4,7 @@
 // types and passing, and its result. A family of ten members is ten names mapped
 // to one function with the column bound in.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/variant.h>
 
 #include <functional>
@@ -34,13 +35,13 @@ enum class DeclaredType {
     Appointment
 };
 
-struct MemberParam {
+struct QUORVANE_EXPORT MemberParam {
     std::string name;
     DeclaredType type = DeclaredType::Variant;
     bool byRef = false;
 };
 
-struct MemberInfo {
+struct QUORVANE_EXPORT MemberInfo {
     std::string name;
     MemberKind kind = MemberKind::Method;
     // For a property: its index parameters (none, or the time slot of the
@@ -53,17 +54,17 @@ struct MemberInfo {
 };
 
 // Every member, readers and writers of one property as separate rows.
-const std::vector<MemberInfo>& memberTable();
-const MemberInfo* findMember(std::string_view name, MemberKind kind);
-bool memberExists(std::string_view name);
+QUORVANE_EXPORT const std::vector<MemberInfo>& memberTable();
+QUORVANE_EXPORT const MemberInfo* findMember(std::string_view name, MemberKind kind);
+QUORVANE_EXPORT bool memberExists(std::string_view name);
 
 // Converts a value to a declared type as the platform converts a Variant:
 // TypeMismatch for a text that is no number, Overflow past the range.
-Variant convertTo(const Variant& value, DeclaredType type);
+QUORVANE_EXPORT Variant convertTo(const Variant& value, DeclaredType type);
 
 // Calls a member by name: converts the arguments, runs it, and writes back into
 // `args` each by-reference argument the member changed. The wrong number of
 // arguments is an InvalidProcedureCall.
-Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args);
+QUORVANE_EXPORT Variant invokeMember(ctlScheduler& control, const MemberInfo& member, std::vector<Variant>& args);
 
 } // namespace quorvane

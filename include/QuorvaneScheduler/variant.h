@@ -2,6 +2,7 @@
 // The platform's Variant: what crosses the boundary by name (events heard by
 // name, the console's arguments) and what a member declared as Variant takes.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/ole_date.h>
 
 #include <cstdint>
@@ -13,7 +14,7 @@
 namespace quorvane {
 
 // Base of the objects a Variant can carry: day views and appointments.
-class Object {
+class QUORVANE_EXPORT Object {
 public:
     virtual ~Object() = default;
 };
@@ -21,7 +22,7 @@ using ObjectRef = std::shared_ptr<Object>;
 
 enum class VariantType { Empty, String, Integer, Long, Single, Double, Boolean, Date, Object };
 
-class Variant {
+class QUORVANE_EXPORT Variant {
 public:
     Variant() = default;
     Variant(std::string s) : v_(std::move(s)) {}
@@ -66,19 +67,19 @@ private:
 };
 
 // Platform number conversions used directly by the control.
-std::int16_t toInteger(double d); // round half to even; Overflow outside -32768..32767
-std::int32_t toLong(double d);    // round half to even; Overflow outside the 32-bit range
-float toSingle(double d);         // Overflow past the range of a Single, and for NaN
+QUORVANE_EXPORT std::int16_t toInteger(double d); // round half to even; Overflow outside -32768..32767
+QUORVANE_EXPORT std::int32_t toLong(double d);    // round half to even; Overflow outside the 32-bit range
+QUORVANE_EXPORT float toSingle(double d);         // Overflow past the range of a Single, and for NaN
 // Blanks around allowed, thousands commas between digits, an E or D exponent,
 // "&H"/"&O" forms (a value that fits 16 bits is 16-bit two's complement, "&HFFFF" is -1).
 // TypeMismatch for no number, Overflow past the range of a Double.
-double textToNumber(std::string_view s);
-std::int16_t textToInteger(std::string_view s);
-std::int32_t textToLong(std::string_view s);
+QUORVANE_EXPORT double textToNumber(std::string_view s);
+QUORVANE_EXPORT std::int16_t textToInteger(std::string_view s);
+QUORVANE_EXPORT std::int32_t textToLong(std::string_view s);
 // Numbers as text, as the platform's Str/CStr print them: 1.5 -> "1.5", 14900 -> "14900",
 // Single with at most 7 significant digits, Double with at most 15, no exponent for
 // ordinary magnitudes.
-std::string numberText(double d);
-std::string singleText(float f);
+QUORVANE_EXPORT std::string numberText(double d);
+QUORVANE_EXPORT std::string singleText(float f);
 
 } // namespace quorvane

@@ -55,6 +55,6 @@ inline constexpr int kResourceFields = 4;
 // more records than a row counter holds (Overflow). Fails with
 // SubscriptOutOfRange at the first field a record lacks; by then the table has its
 // new size, everything before the fault is filled, and the rest are empty.
-void parseCatalogue(std::string_view text, int fields, StringTable& table);
+QUORVANE_EXPORT void parseCatalogue(std::string_view text, int fields, StringTable& table);
 
 } // namespace quorvane::catalogue

@@ -7,6 +7,7 @@ if(NOT r EQUAL 0)
   message(FATAL_ERROR "install failed")
 endif()
 execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/consumer -DCMAKE_PREFIX_PATH=${prefix}
+                        -DEXAMPLE=${EXAMPLE}
                         -DCMAKE_CXX_COMPILER=${COMPILER} RESULT_VARIABLE r OUTPUT_VARIABLE out ERROR_VARIABLE out)
 if(NOT r EQUAL 0)
   message(FATAL_ERROR "configure of the host project failed:\n${out}")
@@ -15,9 +16,36 @@ execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/consumer RESULT_VARIABL
 if(NOT r EQUAL 0)
   message(FATAL_ERROR "build of the host project failed:\n${out}")
 endif()
-execute_process(COMMAND ${WORK}/consumer/consumer RESULT_VARIABLE r)
+# What the README says the example prints.
+set(expected "Ada Byron 1204~~5531 Scheduled\n")
+execute_process(COMMAND ${WORK}/consumer/consumer RESULT_VARIABLE r OUTPUT_VARIABLE out)
+if(NOT r EQUAL 0 OR NOT out STREQUAL expected)
+  message(FATAL_ERROR "the host project printed '${out}' (status ${r})")
+endif()
+
+# A host that builds without CMake: the compiler and pkg-config alone.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+file(GLOB pc_dirs ${prefix}/lib*/pkgconfig ${prefix}/lib/*/pkgconfig)
+list(JOIN pc_dirs ":" pc_path)
+execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${pc_path} ${PKG_CONFIG} --cflags --libs QuorvaneScheduler
+                RESULT_VARIABLE r OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE)
 if(NOT r EQUAL 0)
-  message(FATAL_ERROR "the host project failed to run")
+  message(FATAL_ERROR "pkg-config does not know QuorvaneScheduler in ${pc_path}")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+execute_process(COMMAND ${COMPILER} ${EXAMPLE} ${flags} -o ${WORK}/pc-consumer RESULT_VARIABLE r ERROR_VARIABLE out)
+if(NOT r EQUAL 0)
+  message(FATAL_ERROR "the pkg-config build failed:\n${out}")
+endif()
+foreach(f ${flags})
+  if(f MATCHES "^-L(.*)")
+    set(libdir ${CMAKE_MATCH_1})
+  endif()
+endforeach()
+execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libdir} ${WORK}/pc-consumer
+                RESULT_VARIABLE r OUTPUT_VARIABLE out)
+if(NOT r EQUAL 0 OR NOT out STREQUAL expected)
+  message(FATAL_ERROR "the pkg-config host printed '${out}' (status ${r})")
 endif()
 if(EXISTS ${WORK}/consumer/widget-consumer)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ${WORK}/consumer/widget-consumer

@@ -4,6 +4,7 @@
 // into its events. Every rule of the grid (time to row, hit test, the order of a
 // gesture's events) lives here, where a test can reach it.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/platform.h>
 #include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/ole_date.h>
@@ -25,7 +26,7 @@ class AppointmentSet;
 
 // An appointment. Shared: the set holds it, and so may the control after the set
 // has let it go; a removed appointment stays readable and writable.
-class Appointment : public Object {
+class QUORVANE_EXPORT Appointment : public Object {
 public:
     std::string Text;
     OleDate StartDateTime;
@@ -52,7 +53,7 @@ private:
 };
 using AppointmentRef = std::shared_ptr<Appointment>;
 
-class AppointmentSet {
+class QUORVANE_EXPORT AppointmentSet {
 public:
     explicit AppointmentSet(PVDayView& view) : view_(view) {}
     ~AppointmentSet();
@@ -92,7 +93,7 @@ private:
 // Slot lengths by Increments code.
 inline constexpr std::array<int, 5> kIncrementMinutes = {60, 30, 15, 10, 5};
 
-class PVDayView : public Object {
+class QUORVANE_EXPORT PVDayView : public Object {
 public:
     // Pixels of one row of the grid, of the time ruler at its left, and of the
     // band at an appointment's bottom where a press takes its edge to resize it.
@@ -323,7 +324,7 @@ private:
 using DayViewRef = std::shared_ptr<PVDayView>;
 
 // The month calendar: marks set by code, and a change event for a user's pick only.
-class PVCalendar : public WidgetBase {
+class QUORVANE_EXPORT PVCalendar : public WidgetBase {
 public:
     explicit PVCalendar(Platform& platform);
     bool DateSelected(OleDate d) const;

@@ -3,6 +3,7 @@
 // screen's twips per pixel, the message-loop yield, and the container that holds
 // the control. Each is a small object the host (or a test) can replace.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/ole_date.h>
 #include <QuorvaneScheduler/variant.h>
 
@@ -30,14 +31,14 @@ enum class MsgBoxButtons { OK, YesNo };
 enum class MsgBoxResult { OK, Yes, No };
 
 // Answers message boxes. The default answers OK to an OK box and No to a question.
-class MessageBoxService {
+class QUORVANE_EXPORT MessageBoxService {
 public:
     virtual ~MessageBoxService() = default;
     // An empty title is the default title.
     virtual MsgBoxResult show(std::string_view text, MsgBoxButtons buttons, std::string_view title) = 0;
 };
 
-class DefaultMessageBoxService final : public MessageBoxService {
+class QUORVANE_EXPORT DefaultMessageBoxService final : public MessageBoxService {
 public:
     MsgBoxResult show(std::string_view, MsgBoxButtons buttons, std::string_view) override {
         return buttons == MsgBoxButtons::OK ? MsgBoxResult::OK : MsgBoxResult::No;
@@ -45,7 +46,7 @@ public:
 };
 
 // Today's date. Without a fixed date it reads the machine's local date.
-class Clock {
+class QUORVANE_EXPORT Clock {
 public:
     OleDate today() const;
     void setToday(OleDate d) { fixed_ = true, today_ = datePart(d); }
@@ -56,7 +57,7 @@ private:
     OleDate today_{};
 };
 
-struct Screen {
+struct QUORVANE_EXPORT Screen {
     float twipsPerPixelX = 15.0f;
     float twipsPerPixelY = 15.0f;
 };
@@ -64,14 +65,14 @@ struct Screen {
 // A gesture of the user as a script of the host console writes it after "user ":
 // `pattern` with each "%" standing for the next of `values`, as in
 // "drag dvwResource(0) % to dvwResource(2) %".
-struct UserGesture {
+struct QUORVANE_EXPORT UserGesture {
     std::string pattern;
     std::vector<Variant> values;
 };
 
 // The container of the control: its enabled state, which widget has the focus,
 // and the report of a changed property.
-class Container {
+class QUORVANE_EXPORT Container {
 public:
     bool enabled() const { return enabled_; }
     void setEnabled(bool on) {
@@ -141,7 +142,7 @@ private:
 
 // Everything a control takes from its surroundings. The host owns it and keeps it
 // alive as long as the control.
-struct Platform {
+struct QUORVANE_EXPORT Platform {
     Platform() : messageBoxes(&defaultBoxes) {}
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;

@@ -3,13 +3,14 @@
 // view's appointment set and grid. A day is found by its number, 0 for Monday to
 // 6 for Sunday, or by the full English name of its weekday.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/day_view.h>
 
 #include <array>
 
 namespace quorvane {
 
-class IGWeekView {
+class QUORVANE_EXPORT IGWeekView {
 public:
     static constexpr int kDays = 7;
 
@@ -30,6 +31,6 @@ private:
 };
 
 // The platform's full weekday name of a day number, Monday as day 1: "Monday" for 1.
-const char* weekdayName(int mondayFirst);
+QUORVANE_EXPORT const char* weekdayName(int mondayFirst);
 
 } // namespace quorvane

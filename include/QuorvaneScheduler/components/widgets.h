@@ -3,6 +3,7 @@
 // A widget that takes the focus tells the container, which then names it as the
 // active control.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/platform.h>
 
 #include <cstdint>
@@ -14,7 +15,7 @@
 namespace quorvane {
 
 // Position and visibility shared by every widget, in twips.
-struct WidgetBase {
+struct QUORVANE_EXPORT WidgetBase {
     std::string name; // as the container reports it: "txtPatName", "cmbResource(3)"
     Container* container = nullptr;
     bool visible = true;
@@ -37,7 +38,7 @@ struct WidgetBase {
 // A drop-down pick list whose text is always one of its items (or empty with no
 // selection). Selecting from code runs onClick before the assignment returns,
 // exactly as a user's pick does.
-class PickList : public WidgetBase {
+class QUORVANE_EXPORT PickList : public WidgetBase {
 public:
     std::function<void()> onClick;
 
@@ -65,7 +66,7 @@ private:
     int index_ = -1;
 };
 
-class TextField : public WidgetBase {
+class QUORVANE_EXPORT TextField : public WidgetBase {
 public:
     static constexpr std::int32_t kButtonFace = static_cast<std::int32_t>(0x8000000F);
 
@@ -87,7 +88,7 @@ public:
     void userType(std::string_view typed);
 };
 
-class Button : public WidgetBase {
+class QUORVANE_EXPORT Button : public WidgetBase {
 public:
     std::string caption;
     std::function<void()> onClick;
@@ -104,7 +105,7 @@ public:
     }
 };
 
-class ScrollBar : public WidgetBase {
+class QUORVANE_EXPORT ScrollBar : public WidgetBase {
 public:
     std::int16_t min = 1, max = 5, value = 1;
     std::int16_t smallChange = 1, largeChange = 1;
@@ -119,7 +120,7 @@ public:
     void userScroll(std::int16_t v);
 };
 
-class MenuItem {
+class QUORVANE_EXPORT MenuItem {
 public:
     static constexpr const char* kSeparator = "-";
 
@@ -142,7 +143,7 @@ public:
 // sees, since the menu is only ever opened as a popup) whose items open at a
 // point. Opening it is a request to the host's window; the control only says
 // which menu and where.
-class PopupMenu : public MenuItem {
+class QUORVANE_EXPORT PopupMenu : public MenuItem {
 public:
     std::vector<MenuItem*> items; // owned by the control
     std::function<void(PopupMenu&, float x, float y)> onPopup;
@@ -151,12 +152,12 @@ public:
     }
 };
 
-class Label : public WidgetBase {
+class QUORVANE_EXPORT Label : public WidgetBase {
 public:
     std::string caption;
 };
 
-class Form : public WidgetBase {
+class QUORVANE_EXPORT Form : public WidgetBase {
 public:
     std::string caption;
 };

@@ -9,6 +9,8 @@
 #include <QuorvaneScheduler/components/day_view.h>
 #endif
 
+#include <QuorvaneScheduler/qt/export.h>
+
 #include <QColor>
 #include <QPointer>
 #include <QTime>
@@ -31,7 +33,7 @@ class SchedulerWidget;
 
 // What a painting shows besides the model: a drop or a new end being dragged,
 // and the current time on today's date.
-struct DayViewDecor {
+struct QUORVANE_WIDGETS_EXPORT DayViewDecor {
     struct Preview {
         OleDate start, end;
         QString text;
@@ -51,16 +53,16 @@ struct DayViewDecor {
 };
 
 // Paints a view at its own pixel size, from its top left corner.
-void paintDayView(QPainter& painter, const PVDayView& view, const DayViewDecor& decor);
+QUORVANE_WIDGETS_EXPORT void paintDayView(QPainter& painter, const PVDayView& view, const DayViewDecor& decor);
 // The text drawn on a fill: black or white, whichever contrasts more.
-QColor textColourOn(const QColor& fill);
+QUORVANE_WIDGETS_EXPORT QColor textColourOn(const QColor& fill);
 // The fill of a selected slot, told apart from every status colour.
-QColor selectedSlotColour();
+QUORVANE_WIDGETS_EXPORT QColor selectedSlotColour();
 
 // A colour value of the platform (red + 256 green + 65536 blue, or a system colour).
-QColor qColorOf(std::int32_t value);
+QUORVANE_WIDGETS_EXPORT QColor qColorOf(std::int32_t value);
 
-class DayViewWidget : public QWidget {
+class QUORVANE_WIDGETS_EXPORT DayViewWidget : public QWidget {
     Q_OBJECT
 
 public:

@@ -17,6 +17,8 @@
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #endif
 
+#include <QuorvaneScheduler/qt/export.h>
+
 #include <QDate>
 #include <QMenu>
 #include <QPointer>
@@ -39,7 +41,7 @@ namespace quorvane {
 
 class DayViewWidget;
 
-class SchedulerWidget : public QWidget {
+class QUORVANE_WIDGETS_EXPORT SchedulerWidget : public QWidget {
     Q_OBJECT
 
 public:

@@ -4,13 +4,14 @@
 // the week form, and the doors to them that the public header keeps shut.
 // This header is not installed; a host never sees these types.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #include <QuorvaneScheduler/string_table.h>
 
 namespace quorvane {
 
 // The control's private state record, each field under its own name.
-struct SchedulerState {
+struct QUORVANE_EXPORT SchedulerState {
     std::int32_t lngScheduleWidth = 14990;
     std::string strImagingEnabled = "N";
     std::string strTaskingEnabled;
@@ -47,7 +48,7 @@ struct SchedulerState {
 };
 
 // The week form: one resource's week, filled by the host and shown modally.
-struct WeekViewForm : Form {
+struct QUORVANE_EXPORT WeekViewForm : Form {
     explicit WeekViewForm(Platform& platform) : wvwWeekView(platform) {}
     Label Label1;
     TextField txtResource;
@@ -57,7 +58,7 @@ struct WeekViewForm : Form {
 
 // Every widget of the control. All exist from creation; none is created or
 // destroyed later, but for the week form, which is made at its first use.
-struct SchedulerWidgets {
+struct QUORVANE_EXPORT SchedulerWidgets {
     std::array<DayViewRef, kColumns> dvwResource;
     std::array<PickList, kColumns> cmbResourceCatType;
     std::array<PickList, kColumns> cmbResource;
@@ -117,13 +118,13 @@ struct SchedulerWidgets {
 };
 
 // What a control holds besides its platform and its host.
-struct ControlParts {
+struct QUORVANE_EXPORT ControlParts {
     SchedulerState state;
     SchedulerWidgets widgets;
 };
 
 // The front ends' doors into a control.
-struct ControlInternals {
+struct QUORVANE_EXPORT ControlInternals {
     static SchedulerWidgets& widgets(ctlScheduler& c) { return c.w_; }
     static const SchedulerWidgets& widgets(const ctlScheduler& c) { return c.w_; }
     static const SchedulerState& state(const ctlScheduler& c) { return c.state_; }

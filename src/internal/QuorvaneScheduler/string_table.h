@@ -10,6 +10,7 @@
 // raises an event, in which a host may send a new catalogue, copies what it
 // still needs first.
 
+#include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/errors.h>
 
 #include <cstdint>
@@ -19,7 +20,7 @@
 
 namespace quorvane {
 
-class StringTable {
+class QUORVANE_EXPORT StringTable {
 public:
     bool isSet() const { return set_; }
     int rows() const { return rows_; }
