@@ -7,8 +7,6 @@
 #include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/day_view.h>
 #include <QuorvaneScheduler/components/platform.h>
-#include <QuorvaneScheduler/components/week_view.h>
-#include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/errors.h>
 #include <QuorvaneScheduler/events.h>
 #include <QuorvaneScheduler/variant.h>
@@ -32,6 +30,10 @@ inline constexpr int kTemplateFields = 6;
 // the control's own and its front ends', declared in a header that is not
 // installed: a host reaches what they hold through the members below.
 struct SchedulerState;
+class TextField;
+class Button;
+class MenuItem;
+class PickList;
 struct SchedulerWidgets;
 struct WeekViewForm;
 struct ControlParts;

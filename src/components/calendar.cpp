@@ -1,4 +1,5 @@
 #include <QuorvaneScheduler/components/day_view.h>
+#include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/errors.h>
 
 #include <algorithm>

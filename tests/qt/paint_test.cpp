@@ -3,6 +3,7 @@
 // current time, and an appointment's edge, which must fall on whole device
 // pixels with nothing blended beside it.
 
+#include <QuorvaneScheduler/control_internals.h>
 #include "window_fixture.h"
 
 #include <QCalendarWidget>

@@ -6,7 +6,6 @@
 
 #include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/components/platform.h>
-#include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/ole_date.h>
 #include <QuorvaneScheduler/variant.h>
 
@@ -323,22 +322,5 @@ private:
 };
 using DayViewRef = std::shared_ptr<PVDayView>;
 
-// The month calendar: marks set by code, and a change event for a user's pick only.
-class QUORVANE_EXPORT PVCalendar : public WidgetBase {
-public:
-    explicit PVCalendar(Platform& platform);
-    bool DateSelected(OleDate d) const;
-    void setDateSelected(OleDate d, bool on);
-    OleDate Value() const { return value_; }
-
-    std::function<void(OleDate)> Change;
-    // A user's pick of a date: moves the calendar there and raises Change.
-    void userPick(OleDate d);
-    std::vector<OleDate> markedDates() const;
-
-private:
-    std::vector<std::int32_t> marked_; // day numbers, kept sorted
-    OleDate value_;
-};
 
 } // namespace quorvane

@@ -40,6 +40,9 @@ class QScrollBar;
 namespace quorvane {
 
 class DayViewWidget;
+class Form;
+class PopupMenu;
+struct WidgetBase;
 
 class QUORVANE_WIDGETS_EXPORT SchedulerWidget : public QWidget {
     Q_OBJECT

@@ -15,6 +15,10 @@
 #include <string_view>
 #include <vector>
 
+namespace quorvane {
+class PopupMenu;
+}
+
 namespace quorvane::host {
 
 // A value as the transcript prints it: a literal a script could read back.

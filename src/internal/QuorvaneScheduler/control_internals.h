@@ -6,6 +6,8 @@
 
 #include <QuorvaneScheduler/export.h>
 #include <QuorvaneScheduler/ctl_scheduler.h>
+#include <QuorvaneScheduler/components/week_view.h>
+#include <QuorvaneScheduler/components/widgets.h>
 #include <QuorvaneScheduler/string_table.h>
 
 namespace quorvane {

@@ -4,6 +4,7 @@
 // active control.
 
 #include <QuorvaneScheduler/export.h>
+#include <QuorvaneScheduler/ole_date.h>
 #include <QuorvaneScheduler/components/platform.h>
 
 #include <cstdint>
@@ -160,6 +161,24 @@ public:
 class QUORVANE_EXPORT Form : public WidgetBase {
 public:
     std::string caption;
+};
+
+// The month calendar: marks set by code, and a change event for a user's pick only.
+class QUORVANE_EXPORT PVCalendar : public WidgetBase {
+public:
+    explicit PVCalendar(Platform& platform);
+    bool DateSelected(OleDate d) const;
+    void setDateSelected(OleDate d, bool on);
+    OleDate Value() const { return value_; }
+
+    std::function<void(OleDate)> Change;
+    // A user's pick of a date: moves the calendar there and raises Change.
+    void userPick(OleDate d);
+    std::vector<OleDate> markedDates() const;
+
+private:
+    std::vector<std::int32_t> marked_; // day numbers, kept sorted
+    OleDate value_;
 };
 
 } // namespace quorvane
