@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/script/script_reader.h>
 #include "session_recorder.h"
 
 #include <QuorvaneScheduler/script/console.h>

@@ -1,3 +1,4 @@
+#include <QuorvaneScheduler/script/script_reader.h>
 #include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 

@@ -1,5 +1,6 @@
 // The user's gestures, played through the widgets the way a window delivers them.
 
+#include <QuorvaneScheduler/script/script_reader.h>
 #include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 

@@ -1,5 +1,6 @@
 // The console's inspection paths: what `get` reads besides the control's members.
 
+#include <QuorvaneScheduler/script/script_reader.h>
 #include <QuorvaneScheduler/control_internals.h>
 #include <QuorvaneScheduler/script/console.h>
 

@@ -2,7 +2,6 @@
 // The host console: one control, driven by a script, with one transcript line for
 // everything that crosses the boundary between the control and its host.
 
-#include <QuorvaneScheduler/script/script_reader.h>
 
 #include <QuorvaneScheduler/ctl_scheduler.h>
 #include <QuorvaneScheduler/members.h>
@@ -20,6 +19,13 @@ class PopupMenu;
 }
 
 namespace quorvane::host {
+
+// The reader's syntax tree (not installed).
+struct Command;
+struct Expr;
+struct Segment;
+struct Gesture;
+using Chain = std::vector<Segment>;
 
 // A value as the transcript prints it: a literal a script could read back.
 std::string printValue(const Variant& v);
