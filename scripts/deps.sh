@@ -6,7 +6,7 @@
 # and a virtual X display with the AT-SPI bus for the screen-reader tests.
 set -euo pipefail
 needed=(cmake g++ make libgtest-dev libgmock-dev qt6-base-dev qt6-tools-dev libqt6sql6-sqlite libqt6sql6-psql postgresql postgresql-contrib fonts-dejavu-core
-        xvfb dbus at-spi2-core python3-pyatspi)
+        xvfb dbus at-spi2-core python3-pyatspi doxygen pkg-config)
 [ "${QUORVANE_NEED_CLANG:-0}" = 1 ] && needed+=(clang libclang-rt-dev)
 [ "${QUORVANE_NEED_BENCH:-0}" = 1 ] && needed+=(libbenchmark-dev)
 missing=()

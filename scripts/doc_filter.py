@@ -34,6 +34,12 @@ while i < len(lines):
         opening = False
     if not inside and re.match(r"^namespace quorvane", line):
         inside = True
+    if not inside and line.startswith("#define"):
+        # The comment over a macro at file scope documents it.
+        j = len(out) - 1
+        while j >= 0 and re.match(r"^//(?!/)", out[j]):
+            out[j] = "///" + out[j][2:]
+            j -= 1
     if inside:
         ends_group = not line.strip() or re.match(r"^\s*(//|\}|public:|private:|protected:|Q_SIGNALS:)", line)
         if group_open and ends_group:

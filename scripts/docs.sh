@@ -16,6 +16,8 @@ PROJECT_BRIEF          = "The embeddable appointment-scheduling control"
 OUTPUT_DIRECTORY       = $out
 INPUT                  = $root/include/QuorvaneScheduler
 EXCLUDE_PATTERNS       = */export.h
+# The helpers behind the event macros, and the day view events only the control connects.
+EXCLUDE_SYMBOLS        = quorvane::detail quorvane::detail::* QUORVANE_UNWRAP QUORVANE_COMMA_ARGS QUORVANE_EVENT_SINK QUORVANE_EVENT_BY_NAME quorvane::PVDayView::Hooks
 FILE_PATTERNS          = *.h
 RECURSIVE              = YES
 INPUT_FILTER           = "/usr/bin/python3 $root/scripts/doc_filter.py"

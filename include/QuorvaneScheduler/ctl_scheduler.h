@@ -22,9 +22,9 @@
 
 namespace quorvane {
 
-inline constexpr int kColumns = 10;
-inline constexpr int kTemplatesPerColumn = 101;
-inline constexpr int kTemplateFields = 6;
+inline constexpr int kColumns = 10;            // the schedule columns, always ten
+inline constexpr int kTemplatesPerColumn = 101; // the templates a column holds at most
+inline constexpr int kTemplateFields = 6;       // the fields kept of each template
 
 // The control's state record, its widgets and its week form. Their types are
 // the control's own and its front ends', declared in a header that is not
@@ -39,6 +39,8 @@ struct WeekViewForm;
 struct ControlParts;
 struct ControlInternals;
 
+// The control. A host makes one on its platform, hooks its events with
+// setEventSink, and drives it through the members below.
 class QUORVANE_EXPORT ctlScheduler {
 public:
     // Creation. The platform must outlive the control.

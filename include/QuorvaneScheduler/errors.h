@@ -11,6 +11,7 @@
 
 namespace quorvane {
 
+// The kinds of run-time error the control raises, as the platform numbers them.
 enum class ErrorKind {
     TypeMismatch,
     Overflow,
@@ -29,8 +30,10 @@ QUORVANE_EXPORT std::string_view errorKindName(ErrorKind kind) noexcept;
 // before that: `GetDayView: "11" names no column`.
 class QUORVANE_EXPORT RuntimeError : public std::exception {
 public:
+    // An error of a kind, for a reason.
     RuntimeError(ErrorKind kind, std::string reason)
         : kind_(kind), reason_(std::move(reason)), what_(reason_) {}
+    // The kind, the reason, and the member whose call failed (empty until known).
     ErrorKind kind() const noexcept { return kind_; }
     const std::string& reason() const noexcept { return reason_; }
     const std::string& member() const noexcept { return member_; }
@@ -39,6 +42,7 @@ public:
         member_ = std::move(member);
         what_ = member_ + ": " + reason_;
     }
+    // "MEMBER: reason", or the reason alone.
     const char* what() const noexcept override { return what_.c_str(); }
 
 private:
@@ -51,10 +55,12 @@ private:
 // One type per kind, so a host can catch the one it expects.
 template <ErrorKind K> class QUORVANE_EXPORT RuntimeErrorOf : public RuntimeError {
 public:
+    // An error of this kind; the kind's name is the default reason.
     explicit RuntimeErrorOf(const std::string& what = std::string(errorKindName(K)))
         : RuntimeError(K, what) {}
 };
 
+// The error of each kind, by name.
 using TypeMismatch = RuntimeErrorOf<ErrorKind::TypeMismatch>;
 using Overflow = RuntimeErrorOf<ErrorKind::Overflow>;
 using SubscriptOutOfRange = RuntimeErrorOf<ErrorKind::SubscriptOutOfRange>;

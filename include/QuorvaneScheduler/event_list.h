@@ -10,6 +10,7 @@
 // S, I, D and V stand for String, Integer, Date and a Variant; R marks a
 // by-reference parameter. Str is const std::string&.
 
+// The list itself: X(Name, (C++ parameters), (names), (interface parameters)).
 #define QUORVANE_EVENTS(X)                                                                                   \
     X(ValidatePatient, (Str strPatientEID), (strPatientEID), ({"strPatientEID", S}))                        \
     X(UpdateAppStatus, (Str strResourceEID, Variant & strStatus), (strResourceEID, strStatus),              \

@@ -18,6 +18,7 @@
 
 namespace quorvane {
 
+// How the events take their strings.
 using Str = const std::string&;
 
 namespace detail {
@@ -51,22 +52,26 @@ public:
 
 // One event of the interface as a host sees it by name.
 struct QUORVANE_EXPORT EventParam {
-    std::string_view name;
+    std::string_view name; // as the interface spells it
     VariantType type; // String, Integer, Date or Empty (a Variant)
+    // Whether a handler's change goes back to the control.
     bool byRef = false;
 };
+// An event: its name and its parameters in order.
 struct QUORVANE_EXPORT EventInfo {
-    std::string_view name;
-    std::vector<EventParam> params;
+    std::string_view name;          // as the interface spells it
+    std::vector<EventParam> params; // in the order of the interface
 };
 // The 37 events in the order of the interface.
 QUORVANE_EXPORT const std::vector<EventInfo>& eventTable();
+// An event by name; nullptr for a name the interface has not.
 QUORVANE_EXPORT const EventInfo* findEvent(std::string_view name);
 
 // Hears every event by name, with its arguments as Variants. A by-reference
 // argument the handler changes in `args` goes back to the control.
 class QUORVANE_EXPORT EventsByName final : public ctlSchedulerEvents {
 public:
+    // The handler of every event, and the sink that calls it.
     using Handler = std::function<void(std::string_view name, std::vector<Variant>& args)>;
     explicit EventsByName(Handler handler) : handler_(std::move(handler)) {}
 

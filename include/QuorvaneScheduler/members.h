@@ -17,6 +17,7 @@ namespace quorvane {
 
 class ctlScheduler;
 
+// A property's read, a property's write, or a method.
 enum class MemberKind { PropertyGet, PropertyLet, Method };
 
 // Declared types of parameters and results. Variant takes any value as it is;
@@ -35,19 +36,21 @@ enum class DeclaredType {
     Appointment
 };
 
+// A parameter as the interface declares it.
 struct QUORVANE_EXPORT MemberParam {
-    std::string name;
-    DeclaredType type = DeclaredType::Variant;
-    bool byRef = false;
+    std::string name;                          // as the interface spells it
+    DeclaredType type = DeclaredType::Variant; // what an argument is converted to
+    bool byRef = false;                        // whether the member's change goes back to the caller
 };
 
+// A member as a host by name calls it.
 struct QUORVANE_EXPORT MemberInfo {
-    std::string name;
-    MemberKind kind = MemberKind::Method;
+    std::string name;                     // as the interface spells it
+    MemberKind kind = MemberKind::Method; // which side of a property, or a method
     // For a property: its index parameters (none, or the time slot of the
     // TimeSlotSelected family); the value of a write comes last in `args`.
     std::vector<MemberParam> params;
-    DeclaredType result = DeclaredType::None;
+    DeclaredType result = DeclaredType::None; // the type of what it gives
     // Runs the member on arguments already converted to their declared types;
     // by-reference arguments are left changed in `args`.
     std::function<Variant(ctlScheduler&, std::span<Variant> args)> invoke;

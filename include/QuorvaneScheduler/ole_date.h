@@ -13,19 +13,27 @@
 
 namespace quorvane {
 
+// A date and time as the platform keeps it: days since 30 December 1899.
 struct QUORVANE_EXPORT OleDate {
+    // The days, the fraction being the time of day.
     double value = 0.0;
 
     constexpr OleDate() = default;
+    // The date `v` days after the epoch.
     constexpr explicit OleDate(double v) : value(v) {}
+    // Dates compare as their day counts.
     friend constexpr bool operator==(OleDate, OleDate) = default;
     friend constexpr auto operator<=>(OleDate a, OleDate b) { return a.value <=> b.value; }
 };
 
 // Calendar fields of a date, with the time rounded to the nearest second.
 struct QUORVANE_EXPORT DateParts {
-    int year = 1899, month = 12, day = 30;
-    int hour = 0, minute = 0, second = 0;
+    int year = 1899; // the year, 100 to 9999
+    int month = 12;  // the month, 1 to 12
+    int day = 30;    // the day of the month
+    int hour = 0;    // the hour, 0 to 23
+    int minute = 0;  // the minute
+    int second = 0;  // the second
 };
 
 // A value outside 1 January 100 .. 31 December 9999 (or NaN) is an Overflow,

@@ -18,12 +18,16 @@ class QUORVANE_EXPORT Object {
 public:
     virtual ~Object() = default;
 };
+// A shared reference to an object; empty for Nothing.
 using ObjectRef = std::shared_ptr<Object>;
 
+// What a Variant holds, in the order of the alternatives.
 enum class VariantType { Empty, String, Integer, Long, Single, Double, Boolean, Date, Object };
 
+// A value of any of the platform's types, as members take and give them.
 class QUORVANE_EXPORT Variant {
 public:
+    // A value of each type the platform has; the default is Empty.
     Variant() = default;
     Variant(std::string s) : v_(std::move(s)) {}
     Variant(const char* s) : v_(std::string(s)) {}
@@ -36,7 +40,9 @@ public:
     Variant(OleDate d) : v_(d) {}
     Variant(ObjectRef o) : v_(std::move(o)) {}
 
+    // The type of the value held.
     VariantType type() const noexcept { return static_cast<VariantType>(v_.index()); }
+    // Whether nothing was ever assigned.
     bool isEmpty() const noexcept { return type() == VariantType::Empty; }
     // An object-typed Variant that holds no object is the platform's Nothing.
     bool isNothing() const noexcept { return type() == VariantType::Object && !std::get<ObjectRef>(v_); }
@@ -58,6 +64,7 @@ public:
     // Direct access when the type is known.
     const std::string* asString() const noexcept { return std::get_if<std::string>(&v_); }
 
+    // Equal in type and value.
     friend bool operator==(const Variant&, const Variant&) = default;
 
 private:

@@ -27,18 +27,18 @@ class AppointmentSet;
 // has let it go; a removed appointment stays readable and writable.
 class QUORVANE_EXPORT Appointment : public Object {
 public:
-    std::string Text;
-    OleDate StartDateTime;
-    OleDate EndDateTime;
-    std::string Tag;
-    std::int32_t BackColor = 0;
+    std::string Text;           // what the box shows: the patient, as the host wrote it
+    OleDate StartDateTime;      // when the visit starts
+    OleDate EndDateTime;        // when it ends
+    std::string Tag;            // the host's ids, "APPID~RECURRENCEID~PATIENTID"
+    std::int32_t BackColor = 0; // the fill, which tells its status
 
-    bool Selected() const { return selected_; }
+    bool Selected() const { return selected_; } // whether its view has it selected
     // A view selects one appointment at a time: selecting this one takes the
     // selection from the others of its set.
     void setSelected(bool on);
 
-    std::int32_t Key() const { return key_; }
+    std::int32_t Key() const { return key_; } // the set's own number for it
     // The view whose set holds it, or nullptr once it has left its set.
     PVDayView* view() const { return view_; }
 
@@ -50,11 +50,13 @@ private:
     std::size_t index_ = 0;               // its place in its set while it is there
     std::weak_ptr<Appointment> follower_; // what followed it when it left its set
 };
+// A shared reference to an appointment.
 using AppointmentRef = std::shared_ptr<Appointment>;
 
+// The appointments of a day view, numbered by the set as they come.
 class QUORVANE_EXPORT AppointmentSet {
 public:
-    explicit AppointmentSet(PVDayView& view) : view_(view) {}
+    explicit AppointmentSet(PVDayView& view) : view_(view) {} // the set of `view`
     ~AppointmentSet();
     AppointmentSet(const AppointmentSet&) = delete;
     AppointmentSet& operator=(const AppointmentSet&) = delete;
@@ -77,7 +79,7 @@ public:
     AppointmentRef HitTest(std::int32_t x, std::int32_t y) const;
     AppointmentRef GetSelectedAppointment() const;
 
-    const std::vector<AppointmentRef>& items() const { return items_; }
+    const std::vector<AppointmentRef>& items() const { return items_; } // all, in the set's order
 
 private:
     friend class PVDayView;
@@ -92,6 +94,8 @@ private:
 // Slot lengths by Increments code.
 inline constexpr std::array<int, 5> kIncrementMinutes = {60, 30, 15, 10, 5};
 
+// A day view: one day of one column as a grid of time slots, with its
+// appointments; a host reaches a column's through GetDayView.
 class QUORVANE_EXPORT PVDayView : public Object {
 public:
     // Pixels of one row of the grid, of the time ruler at its left, and of the
@@ -102,18 +106,19 @@ public:
     static constexpr std::int32_t kDefaultDayBackColor = 16777215;     // white
     static constexpr std::int32_t kDefaultAppointmentColor = 14737632; // light grey
 
-    PVDayView(Platform& platform, std::int16_t index);
+    PVDayView(Platform& platform, std::int16_t index); // the view with this index
     ~PVDayView() override;
     PVDayView(const PVDayView&) = delete;
     PVDayView& operator=(const PVDayView&) = delete;
 
-    std::int16_t Index() const { return index_; }
+    std::int16_t Index() const { return index_; } // the column's index, 0 to 9
 
     // The date the view shows (midnight). Another date raises DateChange inside
     // the assignment, with the old date.
     OleDate CurrentDate() const { return currentDate_; }
     void setCurrentDate(OleDate d);
 
+    // The appointments on the view.
     AppointmentSet& appointmentSet() { return set_; }
     const AppointmentSet& appointmentSet() const { return set_; }
 
@@ -124,6 +129,7 @@ public:
     void setIncrements(std::int32_t code);
     int slotMinutes() const { return kIncrementMinutes[static_cast<std::size_t>(increments_)]; }
 
+    // The practice's hours on the view, by time of day.
     OleDate BusinessHoursBegin() const { return businessBegin_; }
     OleDate BusinessHoursEnd() const { return businessEnd_; }
     // The view's own setting, by time of day; the control only reads it.
@@ -144,8 +150,8 @@ public:
     OleDate TopIndex() const { return topIndex_; }
     void setTopIndex(OleDate t);
 
-    std::int32_t ViewMode = 0;
-    std::string Tag;
+    std::int32_t ViewMode = 0; // 0 shows no resource; the control sets it
+    std::string Tag;           // the control's note on the view
     // A day of the week view rather than a column; Index() is then its day number.
     bool weekDay = false;
     bool Visible = true;
@@ -187,11 +193,14 @@ public:
     // shown. Overlapping appointments share the width side by side, each in its
     // lane; the lanes follow the whole day, so scrolling does not reorder them.
     struct Box {
-        AppointmentRef app;
-        int left, top, right, bottom;
+        AppointmentRef app; // the appointment drawn
+        int left;           // its edges, in the view's pixels
+        int top;            // (see left)
+        int right;          // (see left)
+        int bottom;         // (see left)
         bool endShown; // the bottom edge is the appointment's end, not the grid's
     };
-    std::vector<Box> appointmentBoxes() const;
+    std::vector<Box> appointmentBoxes() const; // every appointment shown, as drawn
     // Pixel row of a time of day, from the top of the grid; negative above it.
     // Rows of a slot are spread evenly over its minutes.
     int pixelOfMinute(int minuteOfDay) const;
@@ -320,6 +329,7 @@ private:
     // What Undo takes back: set just before an event that may be refused.
     std::function<void()> undo_;
 };
+// A shared reference to a day view.
 using DayViewRef = std::shared_ptr<PVDayView>;
 
 

@@ -27,7 +27,9 @@ void callHook(const std::function<Signature>& hook, Args&&... args) {
 class RuntimeError;
 class Form;
 
+// The buttons of a message box: OK alone, or Yes and No.
 enum class MsgBoxButtons { OK, YesNo };
+// The button the user took.
 enum class MsgBoxResult { OK, Yes, No };
 
 // Answers message boxes. The default answers OK to an OK box and No to a question.
@@ -38,6 +40,7 @@ public:
     virtual MsgBoxResult show(std::string_view text, MsgBoxButtons buttons, std::string_view title) = 0;
 };
 
+// The answers of a platform whose host shows no boxes.
 class QUORVANE_EXPORT DefaultMessageBoxService final : public MessageBoxService {
 public:
     MsgBoxResult show(std::string_view, MsgBoxButtons buttons, std::string_view) override {
@@ -48,32 +51,34 @@ public:
 // Today's date. Without a fixed date it reads the machine's local date.
 class QUORVANE_EXPORT Clock {
 public:
-    OleDate today() const;
-    void setToday(OleDate d) { fixed_ = true, today_ = datePart(d); }
-    void useSystemDate() { fixed_ = false; }
+    OleDate today() const;                                            // today, at midnight
+    void setToday(OleDate d) { fixed_ = true, today_ = datePart(d); } // fixes today's date
+    void useSystemDate() { fixed_ = false; }                          // reads the machine's date again
 
 private:
     bool fixed_ = false;
     OleDate today_{};
 };
 
+// The screen's size of a pixel in twips (1/1440 inch), across and down.
 struct QUORVANE_EXPORT Screen {
-    float twipsPerPixelX = 15.0f;
-    float twipsPerPixelY = 15.0f;
+    float twipsPerPixelX = 15.0f; // across
+    float twipsPerPixelY = 15.0f; // down
 };
 
 // A gesture of the user as a script of the host console writes it after "user ":
 // `pattern` with each "%" standing for the next of `values`, as in
 // "drag dvwResource(0) % to dvwResource(2) %".
 struct QUORVANE_EXPORT UserGesture {
-    std::string pattern;
-    std::vector<Variant> values;
+    std::string pattern;         // the words, "%" for each value
+    std::vector<Variant> values; // the values in order
 };
 
 // The container of the control: its enabled state, which widget has the focus,
 // and the report of a changed property.
 class QUORVANE_EXPORT Container {
 public:
+    // Whether the control takes the user's input; a change is reported to onEnabledChanged.
     bool enabled() const { return enabled_; }
     void setEnabled(bool on) {
         const bool changed = on != enabled_;
@@ -83,6 +88,7 @@ public:
     // Hooked by the window, which greys the control out while it is disabled.
     std::function<void(bool)> onEnabledChanged;
 
+    // The name of the widget that has the focus.
     const std::string& activeControl() const { return active_; }
     void setActiveControl(std::string name) { active_ = std::move(name); }
 
@@ -112,10 +118,11 @@ public:
     // another runs (a form closed from inside the command that showed it) is
     // part of that one and is not heard.
     std::function<void(const UserGesture&)> onUserGesture;
+    // The span of a user's gesture: it ends when the scope goes.
     class GestureScope {
     public:
-        explicit GestureScope(Container* c) : c_(c) {}
-        GestureScope(GestureScope&& o) noexcept : c_(std::exchange(o.c_, nullptr)) {}
+        explicit GestureScope(Container* c) : c_(c) {}                                  // begins a span
+        GestureScope(GestureScope&& o) noexcept : c_(std::exchange(o.c_, nullptr)) {} // takes a span over
         GestureScope(const GestureScope&) = delete;
         GestureScope& operator=(const GestureScope&) = delete;
         GestureScope& operator=(GestureScope&&) = delete;
@@ -147,10 +154,10 @@ struct QUORVANE_EXPORT Platform {
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;
 
-    MessageBoxService* messageBoxes;
-    Clock clock;
-    Screen screen;
-    Container container;
+    MessageBoxService* messageBoxes; // who answers the control's message boxes
+    Clock clock;                     // today's date
+    Screen screen;                   // the size of a pixel
+    Container container;             // the control's surroundings in the host's window
     // Processing of pending messages; the host hooks what it wants to run there.
     std::function<void()> doEvents;
     void yieldToMessageLoop() {
@@ -159,6 +166,7 @@ struct QUORVANE_EXPORT Platform {
     // InitCommonControls: the platform's widget set is ready from here on.
     int commonControlsInitialised = 0;
 
+    // A message box, as the control shows one.
     MsgBoxResult msgBox(std::string_view text, MsgBoxButtons buttons = MsgBoxButtons::OK,
                         std::string_view title = {}) {
         return messageBoxes->show(text, buttons, title);

@@ -34,12 +34,14 @@ class SchedulerWidget;
 // What a painting shows besides the model: a drop or a new end being dragged,
 // and the current time on today's date.
 struct QUORVANE_WIDGETS_EXPORT DayViewDecor {
+    // An appointment shown where a drag would put it.
     struct Preview {
-        OleDate start, end;
-        QString text;
-        QColor color;
+        OleDate start; // where it would start
+        OleDate end;   // and end
+        QString text;  // its text
+        QColor color;  // its fill
     };
-    std::optional<Preview> preview;
+    std::optional<Preview> preview; // the drag under way, if any
     std::optional<int> nowMinute; // minute of the day, when the view shows today
     // What the keyboard acts on, ringed: a slot by its minute of the day, or
     // an appointment by its key.
@@ -62,15 +64,17 @@ QUORVANE_WIDGETS_EXPORT QColor selectedSlotColour();
 // A colour value of the platform (red + 256 green + 65536 blue, or a system colour).
 QUORVANE_WIDGETS_EXPORT QColor qColorOf(std::int32_t value);
 
+// A column's day view on screen: it paints the model and turns the mouse and
+// the keys into the model's gestures.
 class QUORVANE_WIDGETS_EXPORT DayViewWidget : public QWidget {
     Q_OBJECT
 
 public:
-    DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent);
+    DayViewWidget(SchedulerWidget& owner, DayViewRef view, QWidget* parent); // shows `view` in `owner`
     ~DayViewWidget() override;
 
-    PVDayView& view() const { return *view_; }
-    SchedulerWidget& owner() const { return owner_; }
+    PVDayView& view() const { return *view_; }        // the model shown
+    SchedulerWidget& owner() const { return owner_; } // the control's widget it belongs to
     // A point of the widget in the view's pixels, and back.
     QPoint toView(const QPointF& p) const;
     QPoint fromView(QPoint viewPoint) const;
@@ -94,6 +98,7 @@ public:
     void announceFocus();
 
 protected:
+    // Qt's handlers: painting, the mouse, the keys and the focus.
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -44,6 +44,7 @@ class Form;
 class PopupMenu;
 struct WidgetBase;
 
+// The control as a Qt widget; see the top of this header.
 class QUORVANE_WIDGETS_EXPORT SchedulerWidget : public QWidget {
     Q_OBJECT
 
@@ -58,8 +59,8 @@ public:
     explicit SchedulerWidget(ctlScheduler& control, QWidget* parent = nullptr);
     ~SchedulerWidget() override;
 
-    ctlScheduler& control() { return *control_; }
-    Platform& platform() { return control_->platform(); }
+    ctlScheduler& control() { return *control_; }         // the control the widget shows
+    Platform& platform() { return control_->platform(); } // and the platform it runs on
 
     // Reads every model again and shows it.
     void refresh();
@@ -153,6 +154,7 @@ Q_SIGNALS:
     void openOfficeCommunication(const QString& patientEID);
 
 protected:
+    // Qt's handlers: a resize sizes the control, a key reaches it first.
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool event(QEvent* event) override;

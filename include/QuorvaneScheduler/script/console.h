@@ -25,7 +25,7 @@ struct Command;
 struct Expr;
 struct Segment;
 struct Gesture;
-using Chain = std::vector<Segment>;
+using Chain = std::vector<Segment>; // a dotted path of the language
 
 // A value as the transcript prints it: a literal a script could read back.
 std::string printValue(const Variant& v);
@@ -36,9 +36,11 @@ std::string listText();
 // " (did you mean A, B?)" with the names closest to a misspelt one, or "".
 std::string nearestNames(std::string_view name, const std::vector<std::string>& candidates);
 
+// The host console: plays scripts of the host language against a control of
+// its own and prints the transcript.
 class Console {
 public:
-    Console(std::ostream& out, OleDate today);
+    Console(std::ostream& out, OleDate today); // prints to `out`; today is fixed
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
@@ -50,7 +52,7 @@ public:
     // Runs one line as if it stood at `line` of a script; ScriptError escapes.
     void runLine(std::string_view text, int line);
 
-    ctlScheduler& control() { return *control_; }
+    ctlScheduler& control() { return *control_; } // the control the scripts drive
     // Names a misspelt NAME may have meant: members of the kind, and script variables.
     std::string suggest(std::string_view name, std::initializer_list<MemberKind> kinds);
     std::string suggestWidget(std::string_view name);
