@@ -461,7 +461,8 @@ void SchedulerWidget::syncFocus() {
     const std::string& active = platform().container.activeControl();
     if (active == lastActive_) return;
     lastActive_ = active;
-    if (keysOnGrid_ && qobject_cast<DayViewWidget*>(QApplication::focusWidget())) return;
+    // The grid the keys were on, even while a question of theirs is open.
+    if (keysOnGrid_ && qobject_cast<DayViewWidget*>(focusWidget())) return;
     auto* target = findChild<QWidget*>(QString::fromStdString(active));
     if (target && target->isVisible() && target->isEnabled() && !target->hasFocus()) target->setFocus();
 }

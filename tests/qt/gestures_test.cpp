@@ -269,45 +269,6 @@ TEST_F(WindowTest, ADragAtTheEndOfTimeShowsNoPreviewAndFailsNothing) {
 
 // The grid by keys only: each key is one of the view's gestures, so the host
 // hears what the same gestures in the console make it hear.
-TEST_F(WindowTest, TheGridByKeysAlone) {
-    endBusyPhases(*window);
-    day(0).setFocus();
-    auto key = [&](int k, Qt::KeyboardModifiers mods = {}) {
-        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(k), mods);
-    };
-    key(Qt::Key_Home);
-    key(Qt::Key_Down);
-    EXPECT_TRUE(model(0).TimeSlotSelected(makeTime(8, 30, 0)));
-    key(Qt::Key_Right);
-    EXPECT_TRUE(day(1).hasFocus());
-    EXPECT_TRUE(model(1).TimeSlotSelected(makeTime(8, 30, 0)));
-    key(Qt::Key_Left);
-    key(Qt::Key_Tab); // Ada Byron, the first appointment of the column
-    ASSERT_EQ(model(0).appointmentSet().GetSelectedAppointment(), model(0).appointmentSet().Item(1));
-    key(Qt::Key_Down, Qt::ShiftModifier);   // ends at 10:30
-    key(Qt::Key_Down, Qt::ControlModifier); // starts at 9:30
-    key(Qt::Key_Right, Qt::ControlModifier);
-    const AppointmentRef moved = model(1).appointmentSet().Item(2);
-    ASSERT_TRUE(moved);
-    EXPECT_EQ(generalDateText(moved->StartDateTime), "1/15/2008 9:30:00 AM");
-    EXPECT_EQ(generalDateText(moved->EndDateTime), "1/15/2008 11:00:00 AM");
-    key(Qt::Key_F10, Qt::ShiftModifier);
-    ASSERT_TRUE(window->openMenu());
-    window->openMenu()->close();
-    EXPECT_EQ(took(), consoleTranscript(kMorning, std::string(kEndBusyPhases) +
-                                                      "user click dvwResource(0) at #8:00:00 AM#\n"
-                                                      "user click dvwResource(0) at #8:30:00 AM#\n"
-                                                      "user click dvwResource(1) at #8:30:00 AM#\n"
-                                                      "user click dvwResource(0) at #8:30:00 AM#\n"
-                                                      "user click dvwResource(0) on 1\n"
-                                                      "user resize dvwResource(0) 1 to #10:30:00 AM#\n"
-                                                      "user drag dvwResource(0) 1 to dvwResource(0) #9:30:00 AM#\n"
-                                                      "user click dvwResource(0) on 3\n"
-                                                      "user drag dvwResource(0) 3 to dvwResource(1) #9:30:00 AM#\n"
-                                                      "user click dvwResource(1) on 2\n"
-                                                      "user rightclick dvwResource(1) on 2\n"));
-}
-
 TEST_F(WindowTest, KeysReachTheControlFirstThenTheField) {
     QSignalSpy refresh(window.get(), &SchedulerWidget::refreshAllSchedules);
     auto* field = window->findChild<QPlainTextEdit*>("txtAppChiefComplaint");

@@ -113,6 +113,8 @@ TEST(DeskByKeys, AWholeMorningWithoutTheMouse) {
     const std::int64_t length = minutesBetween(visit->start, visit->end);
     user.key(Qt::Key_Down, Qt::ShiftModifier);
     EXPECT_EQ(minutesBetween(stored("502")->start, stored("502")->end), length + 15);
+    user.key(Qt::Key_Down, Qt::ControlModifier); // a slot later, as long
+    EXPECT_EQ(generalDateText(stored("502")->start), "11/23/2026 11:15:00 AM");
 
     // Delete asks first; Enter on the question would keep it, so the user
     // tabs to Yes and takes it with the space bar.

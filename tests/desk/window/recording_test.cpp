@@ -65,7 +65,7 @@ const Case kCases[] = {
          user.key(Qt::Key_Home);
          for (int i = 0; i < 12; ++i)
              user.key(Qt::Key_Down);
-         user.key(Qt::Key_Menu);
+         user.key(Qt::Key_F10, Qt::ShiftModifier);
          ASSERT_TRUE(user.pickByKeys("mnoSchedulePatientGeneral"));
          user.key(Qt::Key_Right, Qt::ControlModifier);
          user.key(Qt::Key_Down, Qt::ShiftModifier);
