@@ -21,7 +21,9 @@ dir="$root/build-test-shared"
 cmake -S "$root" -B "$dir" -DQUORVANE_WERROR=ON -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=ON \
   -DQUORVANE_BUILD_TESTS=OFF -DQUORVANE_BUILD_EXAMPLES=OFF >/dev/null
 installed=(QuorvaneScheduler QuorvaneSchedulerScript scheduler-host)
-cmake --build "$dir" -j "$jobs" --target "${installed[@]}" $(cmake --build "$dir" --target help | grep -o 'QuorvaneSchedulerWidgets$' || true)
+# and the Qt ones, when this machine has Qt to build them.
+installed+=($(cmake --build "$dir" --target help | grep -oE '(QuorvaneSchedulerWidgets|quorvane-designer-plugin)$' || true))
+cmake --build "$dir" -j "$jobs" --target "${installed[@]}"
 cmake -DBUILD="$dir" -DSOURCE="$root/tests/package" -DWORK="$dir/package-check" -DCOMPILER=c++ \
   -DEXAMPLE="$root/examples/embedding.cpp" -P "$root/tests/package/check_package.cmake"
 # The re-entrant host scripts print the same transcript in both builds.
