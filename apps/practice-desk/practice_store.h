@@ -91,7 +91,7 @@ enum class OpenMode { Existing, Demo };
 
 class PracticeStore {
 public:
-    static constexpr int kSchemaVersion = 3;
+    static constexpr int kSchemaVersion = 4;
 
     // A connection of its own, by name, so several stores may stand side by side.
     explicit PracticeStore(QString connectionName);

@@ -59,7 +59,33 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
         "INSERT INTO practice_settings (name, value) VALUES ('allow_double_booking', 'off')",
         "ALTER TABLE patients ADD COLUMN name_folded TEXT NOT NULL DEFAULT ''",
     },
+    {
+        // A search by a fragment of a name or a chart number reads an index of
+        // the engine's (see searchIndex), never the whole table.
+    },
 }};
+
+// Trigram indexes: PostgreSQL's pg_trgm behind LIKE, SQLite's FTS5 table of
+// trigrams kept by triggers, whose LIKE reads the index for a fragment of
+// three characters or more.
+const char* const kServerSearchIndex[] = {
+    "CREATE EXTENSION IF NOT EXISTS pg_trgm",
+    "CREATE INDEX patients_name_trigrams ON patients USING gin (name_folded gin_trgm_ops)",
+    "CREATE INDEX patients_chart_trigrams ON patients USING gin (lower(chart_number) gin_trgm_ops)",
+};
+const char* const kFileSearchIndex[] = {
+    "CREATE VIRTUAL TABLE patients_search USING fts5(name_folded, chart, tokenize = 'trigram')",
+    "CREATE TRIGGER patients_search_insert AFTER INSERT ON patients BEGIN "
+    "INSERT INTO patients_search (rowid, name_folded, chart) "
+    "VALUES (new.rowid, new.name_folded, lower(coalesce(new.chart_number, ''))); END",
+    "CREATE TRIGGER patients_search_update AFTER UPDATE ON patients BEGIN "
+    "UPDATE patients_search SET name_folded = new.name_folded, chart = lower(coalesce(new.chart_number, '')) "
+    "WHERE rowid = old.rowid; END",
+    "CREATE TRIGGER patients_search_delete AFTER DELETE ON patients BEGIN "
+    "DELETE FROM patients_search WHERE rowid = old.rowid; END",
+    "INSERT INTO patients_search (rowid, name_folded, chart) "
+    "SELECT rowid, name_folded, lower(coalesce(chart_number, '')) FROM patients",
+};
 
 // On a server the rule against double bookings is a constraint, so two desks
 // racing for one slot cannot both win. The stored times are ISO texts, read the
@@ -145,6 +171,14 @@ void PracticeStore::migrate(int from, int upTo) {
                     forbidDoubleBookings(true);
                 }
             }
+        }
+        if (version == 3) {
+            if (postgres_)
+                for (const char* statement : kServerSearchIndex)
+                    run(db_, statement, {}, what);
+            else
+                for (const char* statement : kFileSearchIndex)
+                    run(db_, statement, {}, what);
         }
         run(db_, "UPDATE schema_version SET version = ?", {version + 1}, what);
     }
