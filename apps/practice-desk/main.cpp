@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QSettings>
@@ -45,7 +46,12 @@ int main(int argc, char** argv) {
         "demo", "Set up the demo practice in the database when it holds no practice yet (a new SQLite file "
                 "is made).");
     const QCommandLineOption check("check", "Open the practice as the desk would, say which it is, and exit.");
-    args.addOptions({database, demo, check, today, morning, record, transcript});
+    const QCommandLineOption generate(
+        "generate-practice",
+        "Fill a new database (--database) with a large practice of YEARS years: 20 resources, 100,000 patients, "
+        "25 appointments per resource and working day.",
+        "YEARS");
+    args.addOptions({database, demo, check, today, morning, record, transcript, generate});
     args.process(app);
     const bool offscreen = QApplication::platformName() == "offscreen";
     auto refuse = [&](const QString& message) {
@@ -89,6 +95,28 @@ int main(int argc, char** argv) {
         }
     } else {
         day = quorvane::Clock().today();
+    }
+
+    if (args.isSet(generate)) {
+        bool whole = false;
+        practice::PracticeSize size;
+        size.years = args.value(generate).toInt(&whole);
+        if (!whole || size.years < 1 || size.years > 50 || args.value(database).isEmpty())
+            return refuse("--generate-practice takes a number of years from 1 to 50, and --database the new "
+                          "database to fill.");
+        QElapsedTimer took;
+        took.start();
+        try {
+            practice::PracticeStore store("generator");
+            store.generate(location, quorvane::datePart(day), size, [&](const QString& what) {
+                std::fprintf(stderr, "practice-desk: %s (%.0f s)\n", qPrintable(what), took.elapsed() / 1000.0);
+            });
+            std::printf("Generated %d years of practice into %s in %.1f s\n", size.years, qPrintable(location),
+                        took.elapsed() / 1000.0);
+            return 0;
+        } catch (const std::exception& e) {
+            return refuse(QString::fromStdString(e.what()));
+        }
     }
 
     try {

@@ -406,13 +406,15 @@ std::vector<Patient> PracticeStore::findPatients(const QString& t) const {
     QString literal = t;
     literal.replace("\\", "\\\\").replace("%", "\\%").replace("_", "\\_");
     std::vector<Patient> out;
-    // SQLite's trigram index answers a LIKE without ESCAPE; a fragment that
-    // holds a wildcard character is rare and is read row by row.
+    // SQLite's trigram index answers one LIKE without ESCAPE at a time (hence
+    // the UNION); a fragment that holds a wildcard character is rare and is
+    // read row by row.
     const bool plain = literal == t;
     const QString escape = plain ? QString() : QStringLiteral(" ESCAPE '\\'");
     const QString where = postgres_ ? "name_folded LIKE ?" + escape + " OR lower(chart_number) LIKE ?" + escape
                                     : "rowid IN (SELECT rowid FROM patients_search WHERE name_folded LIKE ?" +
-                                          escape + " OR chart LIKE ?" + escape + ")";
+                                          escape + " UNION SELECT rowid FROM patients_search WHERE chart LIKE ?" +
+                                          escape + ")";
     QSqlQuery q = run(db_, "SELECT * FROM patients WHERE " + where + " OR patient_id = ? ORDER BY name",
                       {"%" + literal.toCaseFolded() + "%", "%" + literal.toLower() + "%", t});
     while (q.next())

@@ -89,6 +89,15 @@ struct Catalogue {
 // one that is set up with the demo practice when it holds none yet.
 enum class OpenMode { Existing, Demo };
 
+// The size of a generated practice: its resources, its patients, and years of
+// working days with `perDay` appointments per resource.
+struct PracticeSize {
+    int resources = 20;
+    int patients = 100000;
+    int years = 10;
+    int perDay = 25;
+};
+
 class PracticeStore {
 public:
     static constexpr int kSchemaVersion = 4;
@@ -157,6 +166,13 @@ public:
     qint64 addAppointment(const StoredAppointment& a);
     int moveAppointment(qint64 id, int version, const QString& resource, quorvane::OleDate start,
                         quorvane::OleDate end);
+    // The engine's plan for the last read the store ran, one step a line:
+    // EXPLAIN on a server, EXPLAIN QUERY PLAN in a file.
+    QStringList planOfLastRead();
+    // Fills a new database with a practice of `size`, its days running up to a
+    // few weeks past `today`; `progress` hears how far it has come.
+    void generate(const QString& location, quorvane::OleDate today, const PracticeSize& size,
+                  const std::function<void(const QString&)>& progress);
     void removeAppointment(qint64 id, int version);
     int setStatus(qint64 id, int version, const QString& status);
     int saveDetails(const StoredAppointment& a);

@@ -55,7 +55,14 @@ QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantLis
 }
 } // namespace
 
+namespace {
+Statement lastReadStatement;
+}
+
+const Statement& lastRead() { return lastReadStatement; }
+
 QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values, const char* what) {
+    if (!what) lastReadStatement = {sql, values};
     if (values.isEmpty()) {
         QSqlQuery q(db);
         q.setForwardOnly(true);

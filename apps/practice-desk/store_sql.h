@@ -24,6 +24,13 @@ QString nameOf(const QSqlDatabase& db);
 QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values = {},
               const char* what = nullptr);
 
+// The last read run, with its values: what planOfLastRead explains.
+struct Statement {
+    QString sql;
+    QVariantList values;
+};
+const Statement& lastRead();
+
 inline QString text(const QSqlQuery& q, const char* field) { return q.value(field).toString(); }
 
 // The tables a practice's database holds at the newest layout.
