@@ -118,7 +118,7 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
 
     // Working days back from today, and a few weeks ahead.
     const QDate last = QDate(1899, 12, 30).addDays(static_cast<qint64>(quorvane::datePart(today).value)).addDays(28);
-    const QDate first = last.addYears(-size.years).addDays(-28);
+    const QDate first = size.days > 0 ? last.addDays(-28 - size.days) : last.addYears(-size.years).addDays(-28);
     const int slot = std::max(1, (9 * 60) / std::max(size.perDay, 1));
     qint64 written = 0;
     for (QDate year = first; year <= last; year = year.addYears(1)) {

@@ -447,7 +447,7 @@ void PracticeStore::refuseDoubleBooking(const char* what, qint64 id, const QStri
                       "SELECT a.description, a.start_at, a.end_at, r.name FROM appointments a "
                       "LEFT JOIN resources r ON r.resource_value = a.resource_value "
                       "WHERE a.resource_value = ? AND a.status <> 'Cancelled' AND a.app_id <> ? "
-                      "AND a.start_at < ? AND a.end_at > ? AND a.start_at < a.end_at ORDER BY a.start_at",
+                      "AND a.start_at < ? AND a.end_at > ? AND a.start_at < a.end_at ORDER BY a.end_at",
                       {resource, id, storedDate(end), storedDate(start)}, what);
     if (!q.next()) return;
     const QLocale english(QLocale::English);

@@ -96,6 +96,7 @@ struct PracticeSize {
     int patients = 100000;
     int years = 10;
     int perDay = 25;
+    int days = 0; // the history in days, when set, instead of years
 };
 
 class PracticeStore {
@@ -157,6 +158,13 @@ public:
     std::vector<Patient> findPatients(const QString& text) const;
     Patient patient(const QString& id) const;
     int appointmentCount() const;
+    // The engine's plan for the last read the store ran, one step a line:
+    // EXPLAIN on a server, EXPLAIN QUERY PLAN in a file.
+    QStringList planOfLastRead();
+    // Fills a new database with a practice of `size`, its days running up to a
+    // few weeks past `today`; `progress` hears how far it has come.
+    void generate(const QString& location, quorvane::OleDate today, const PracticeSize& size,
+                  const std::function<void(const QString&)>& progress);
 
     // Changes, each one transaction, each given the version the desk showed and
     // giving back the new one. An appointment that is no longer there is a
@@ -166,13 +174,6 @@ public:
     qint64 addAppointment(const StoredAppointment& a);
     int moveAppointment(qint64 id, int version, const QString& resource, quorvane::OleDate start,
                         quorvane::OleDate end);
-    // The engine's plan for the last read the store ran, one step a line:
-    // EXPLAIN on a server, EXPLAIN QUERY PLAN in a file.
-    QStringList planOfLastRead();
-    // Fills a new database with a practice of `size`, its days running up to a
-    // few weeks past `today`; `progress` hears how far it has come.
-    void generate(const QString& location, quorvane::OleDate today, const PracticeSize& size,
-                  const std::function<void(const QString&)>& progress);
     void removeAppointment(qint64 id, int version);
     int setStatus(qint64 id, int version, const QString& status);
     int saveDetails(const StoredAppointment& a);

@@ -60,8 +60,11 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
         "ALTER TABLE patients ADD COLUMN name_folded TEXT NOT NULL DEFAULT ''",
     },
     {
-        // A search by a fragment of a name or a chart number reads an index of
-        // the engine's (see searchIndex), never the whole table.
+        // The check against double bookings looks from the new start onwards,
+        // by the appointments' ends, never back through the past. A search by
+        // a fragment of a name or a chart number reads an index of the
+        // engine's (see kServerSearchIndex and kFileSearchIndex).
+        "CREATE INDEX appointments_by_end ON appointments (resource_value, end_at)",
     },
 }};
 
