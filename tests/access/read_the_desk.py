@@ -19,7 +19,7 @@ COLUMN = "Dr. Ortiz, Monday, November 23, 2026"
 APPOINTMENT = "Ada Byron (R), 8:00 AM to 8:30 AM, Scheduled"
 
 
-def wait_for(what, probe, seconds=20):
+def wait_for(what, probe, seconds=60):
     end = time.time() + seconds
     while time.time() < end:
         found = probe()
