@@ -78,13 +78,13 @@ void bookMoveRemove(benchmark::State& state, PracticeStore& store) {
     }
 }
 
-void prepare(const std::string& size, const QString& location, const PracticeSize& spec) {
+void prepare(const std::string& size, const QString& location, const PracticeSize& practice) {
     QElapsedTimer took;
     took.start();
     const bool server = location.startsWith("postgresql:");
     if (server || !QFileInfo::exists(location)) {
         PracticeStore generator("generator");
-        generator.generate(location, kToday, spec, {});
+        generator.generate(location, kToday, practice, {});
         std::fprintf(stderr, "generated %s%s in %.1f s\n", size.c_str(), server ? " on the server" : "",
                      took.elapsed() / 1000.0);
     }
@@ -103,14 +103,14 @@ int main(int argc, char** argv) {
     QDir().mkpath(data);
     struct Size {
         const char* name;
-        PracticeSize spec;
+        PracticeSize practice;
     };
     Size sizes[] = {{"week", {}}, {"year", {}}, {"decade", {}}};
-    sizes[0].spec.days = 7, sizes[1].spec.years = 1, sizes[2].spec.years = 10;
+    sizes[0].practice.days = 7, sizes[1].practice.years = 1, sizes[2].practice.years = 10;
     for (const Size& s : sizes) {
-        prepare(s.name, QDir(data).filePath(QString(s.name) + ".sqlite"), s.spec);
+        prepare(s.name, QDir(data).filePath(QString(s.name) + ".sqlite"), s.practice);
         if (!server.isEmpty())
-            prepare(s.name, "postgresql://postgres@localhost/practice_" + QString(s.name) + "?host=" + server, s.spec);
+            prepare(s.name, "postgresql://postgres@localhost/practice_" + QString(s.name) + "?host=" + server, s.practice);
     }
     for (Practice& p : practices) {
         PracticeStore& store = *p.store;

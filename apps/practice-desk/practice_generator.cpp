@@ -6,9 +6,7 @@
 #include "practice_store.h"
 #include "store_sql.h"
 
-#include <QtSql/QSqlDriver>
 #include <QtSql/QSqlError>
-#include <QtSql/QSqlField>
 #include <QtSql/QSqlQuery>
 
 #include <QDate>
@@ -33,7 +31,6 @@ const char* const kStatuses[] = {"Checked-Out", "Checked-Out", "Checked-Out", "C
 class Batch {
 public:
     Batch(QSqlDatabase& db, QString head, int columns) : db_(db), head_(std::move(head)), columns_(columns) {}
-    ~Batch() = default;
     void add(const QVariantList& row) {
         values_ << row;
         if (++rows_ == kBatch) flush();
@@ -150,34 +147,6 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
     }
     // The planner's picture of the tables, as a practice's server keeps it up to date.
     sql::run(db_, "ANALYZE", {}, "the statistics");
-}
-
-QStringList PracticeStore::planOfLastRead() {
-    checkOpen();
-    const sql::Statement read = sql::lastRead();
-    QSqlQuery q(db_);
-    bool ran = false;
-    if (postgres_) {
-        // A server prepares no EXPLAIN: the values go in as the driver quotes them.
-        QString text = read.sql;
-        for (const QVariant& v : read.values) {
-            QSqlField field(QString(), v.metaType());
-            field.setValue(v);
-            const qsizetype at = text.indexOf('?');
-            if (at >= 0) text.replace(at, 1, db_.driver()->formatValue(field));
-        }
-        ran = q.exec("EXPLAIN " + text);
-    } else {
-        q.prepare("EXPLAIN QUERY PLAN " + read.sql);
-        for (const QVariant& v : read.values)
-            q.addBindValue(v);
-        ran = q.exec();
-    }
-    if (!ran) sql::fail(db_, q.lastError(), nullptr);
-    QStringList plan;
-    while (q.next())
-        plan << q.value(postgres_ ? 0 : 3).toString();
-    return plan;
 }
 
 } // namespace practice

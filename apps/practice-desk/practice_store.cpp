@@ -1,6 +1,7 @@
 #include "store_sql.h"
 
 #include <QtSql/QSqlDriver>
+#include <QtSql/QSqlField>
 #include <QtSql/QSqlRecord>
 
 #include <QDate>
@@ -547,6 +548,34 @@ int PracticeStore::saveDetails(const StoredAppointment& a) {
             now.comments = a.comments, now.chiefComplaint = a.chiefComplaint, now.priorAuth = a.priorAuth;
             now.refProvider = a.refProvider, now.refProviderId = a.refProviderId;
         });
+}
+
+QStringList PracticeStore::planOfLastRead() {
+    checkOpen();
+    const sql::Statement read = sql::lastRead();
+    QSqlQuery q(db_);
+    bool ran = false;
+    if (postgres_) {
+        // A server prepares no EXPLAIN: the values go in as the driver quotes them.
+        QString text = read.sql;
+        for (const QVariant& v : read.values) {
+            QSqlField field(QString(), v.metaType());
+            field.setValue(v);
+            const qsizetype at = text.indexOf('?');
+            if (at >= 0) text.replace(at, 1, db_.driver()->formatValue(field));
+        }
+        ran = q.exec("EXPLAIN " + text);
+    } else {
+        q.prepare("EXPLAIN QUERY PLAN " + read.sql);
+        for (const QVariant& v : read.values)
+            q.addBindValue(v);
+        ran = q.exec();
+    }
+    if (!ran) sql::fail(db_, q.lastError(), nullptr);
+    QStringList plan;
+    while (q.next())
+        plan << q.value(postgres_ ? 0 : 3).toString();
+    return plan;
 }
 
 } // namespace practice

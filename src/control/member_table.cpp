@@ -24,7 +24,7 @@ void variable(std::vector<MemberInfo>& t, const char* name, T type, Field ctlSch
     }));
 }
 
-// A text-field property, through its typed getter and setter.
+// A string property, through its typed getter and setter.
 void textField(std::vector<MemberInfo>& t, const char* name, const std::string& (ctlScheduler::*read)() const,
                void (ctlScheduler::*write)(const std::string&)) {
     t.push_back(getter(name, T::String, [read](ctlScheduler& c) { return Variant((c.*read)()); }));
@@ -60,25 +60,9 @@ std::vector<MemberInfo> buildTable() {
 #undef QUORVANE_TEXT_MEMBER
 
     // Fields of the state record, each with a getter and a setter that reports.
-    const struct {
-        const char* name;
-        const std::string& (ctlScheduler::*read)() const;
-        void (ctlScheduler::*write)(const std::string&);
-    } fields[] = {
-        {"PatDOD", &ctlScheduler::PatDOD, &ctlScheduler::setPatDOD},
-        {"PatPrimaryActive", &ctlScheduler::PatPrimaryActive, &ctlScheduler::setPatPrimaryActive},
-        {"PatSecondaryActive", &ctlScheduler::PatSecondaryActive, &ctlScheduler::setPatSecondaryActive},
-        {"PhotoServerUsed", &ctlScheduler::PhotoServerUsed, &ctlScheduler::setPhotoServerUsed},
-        {"PhotoServerPath", &ctlScheduler::PhotoServerPath, &ctlScheduler::setPhotoServerPath},
-        {"PhotoImageId", &ctlScheduler::PhotoImageId, &ctlScheduler::setPhotoImageId},
-        {"PhotoSaveLoc", &ctlScheduler::PhotoSaveLoc, &ctlScheduler::setPhotoSaveLoc},
-    };
-    for (const auto& f : fields) {
-        t.push_back(
-            getter(f.name, T::String, [read = f.read](ctlScheduler& c) { return Variant((c.*read)()); }));
-        t.push_back(setter(f.name, T::String,
-                           [write = f.write](ctlScheduler& c, const Variant& v) { (c.*write)(str(v)); }));
-    }
+#define QUORVANE_FIELD_MEMBER(Name, field) textField(t, #Name, &ctlScheduler::Name, &ctlScheduler::set##Name);
+    QUORVANE_FIELD_PROPERTIES(QUORVANE_FIELD_MEMBER)
+#undef QUORVANE_FIELD_MEMBER
 
     t.push_back(getter("UserControlEnabled", T::Boolean,
                        [](ctlScheduler& c) { return Variant(c.UserControlEnabled()); }));

@@ -20,13 +20,7 @@ QUORVANE_TEXT_PROPERTIES(QUORVANE_TEXT_PROPERTY)
 #define QUORVANE_FIELD_PROPERTY(Name, field)                                                                       \
     const std::string& ctlScheduler::Name() const { return state_.field; }                                         \
     void ctlScheduler::set##Name(const std::string& value) { setField(state_.field, value, #Name); }
-QUORVANE_FIELD_PROPERTY(PatDOD, strPatDOD)
-QUORVANE_FIELD_PROPERTY(PatPrimaryActive, strPatPrimaryActive)
-QUORVANE_FIELD_PROPERTY(PatSecondaryActive, strPatSecondaryActive)
-QUORVANE_FIELD_PROPERTY(PhotoServerUsed, strPhotoServerUsed)
-QUORVANE_FIELD_PROPERTY(PhotoServerPath, strPhotoServerPath)
-QUORVANE_FIELD_PROPERTY(PhotoImageId, strPhotoImageId)
-QUORVANE_FIELD_PROPERTY(PhotoSaveLoc, strPhotoSaveLoc)
+QUORVANE_FIELD_PROPERTIES(QUORVANE_FIELD_PROPERTY)
 #undef QUORVANE_FIELD_PROPERTY
 
 const std::string& ctlScheduler::TaskingEnabled() const { return state_.strTaskingEnabled; }

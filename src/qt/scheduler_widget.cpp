@@ -12,7 +12,6 @@
 #include "qt/week_dialog.h"
 #include "qt/widget_views.h"
 
-#include <QApplication>
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QFocusEvent>

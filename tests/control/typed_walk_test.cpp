@@ -8,6 +8,7 @@
 #include <QuorvaneScheduler/script/console.h>
 
 #include "control/text_properties.h"
+#include "morning_script.h"
 
 #include <gtest/gtest.h>
 
@@ -19,22 +20,8 @@ using namespace quorvane;
 
 namespace {
 
-const char* const kSetup = R"(set ccScheduled = 16761024
-set ccConfirmed = 65535
-set ccCheckedIn = 65280
-set ccCheckedOut = 12632256
-set ccNoShow = 255
-set ccCancelled = 8421504
-call ResizeControl(700, 1000)
-set ResourceGroupViews = "10~Main Office~2~2"
-set ResourceGroupDefaults = "10~Main Office~501~1~~10~Main Office~502~2"
-set ResourceGroups = "10~Main Office~Y~501~Dr. Ortiz~Providers~Dentists~~10~Main Office~Y~502~Dr. Park~Providers~Hygiene"
-call AddAppointment("1", "Ada Byron", #1/15/2008 9:00 AM#, #1/15/2008 10:00 AM#, "1201", "Confirmed", "77", "5501")
-call SetCurrentApp(app(0, 1))
-set PatEID = "5531"
-set PatName = "Edsger Dijkstra"
-set PatChartNumber = "C-17"
-)";
+// The morning, with its first appointment current and a chart number.
+const std::string kSetup = std::string(test::kMorning) + "call SetCurrentApp(app(0, 1))\nset PatChartNumber = \"C-17\"\n";
 
 using Args = std::function<std::vector<Variant>(ctlScheduler&)>;
 using Typed = std::function<Variant(ctlScheduler&)>;
@@ -116,7 +103,6 @@ void walkProperties() {
     agree(#Name, get, none(), [](ctlScheduler& c) { return Variant(c.Name()); });                                 \
     agree(#Name, let, values({"7 x"}), done([](ctlScheduler& c) { c.set##Name("7 x"); }));
     QUORVANE_TEXT_PROPERTIES(QUORVANE_AGREE_TEXT)
-#undef QUORVANE_AGREE_TEXT
 
     const std::pair<const char*, std::int32_t ctlScheduler::*> colours[] = {
         {"ccCancelled", &ctlScheduler::ccCancelled}, {"ccConfirmed", &ctlScheduler::ccConfirmed},
@@ -129,21 +115,13 @@ void walkProperties() {
     agree("intResourceCount", get, none(), [](ctlScheduler& c) { return Variant(c.intResourceCount); });
     agree("intResourceCount", let, values({std::int16_t{3}}), done([](ctlScheduler& c) { c.intResourceCount = 3; }));
 
-    using Read = const std::string& (ctlScheduler::*)() const;
     using Write = void (ctlScheduler::*)(const std::string&);
-    const std::tuple<const char*, Read, Write> fields[] = {
-        {"PatDOD", &ctlScheduler::PatDOD, &ctlScheduler::setPatDOD},
-        {"PatPrimaryActive", &ctlScheduler::PatPrimaryActive, &ctlScheduler::setPatPrimaryActive},
-        {"PatSecondaryActive", &ctlScheduler::PatSecondaryActive, &ctlScheduler::setPatSecondaryActive},
-        {"PhotoServerUsed", &ctlScheduler::PhotoServerUsed, &ctlScheduler::setPhotoServerUsed},
-        {"PhotoServerPath", &ctlScheduler::PhotoServerPath, &ctlScheduler::setPhotoServerPath},
-        {"PhotoImageId", &ctlScheduler::PhotoImageId, &ctlScheduler::setPhotoImageId},
-        {"PhotoSaveLoc", &ctlScheduler::PhotoSaveLoc, &ctlScheduler::setPhotoSaveLoc},
-        {"TaskingEnabled", &ctlScheduler::TaskingEnabled, &ctlScheduler::setTaskingEnabled}};
-    for (const auto& [name, read, write] : fields) {
-        agree(name, get, none(), [r = read](ctlScheduler& c) { return Variant((c.*r)()); });
-        agree(name, let, values({"Y"}), done([w = write](ctlScheduler& c) { (c.*w)("Y"); }));
-    }
+#define QUORVANE_AGREE_FIELD(Name, field) QUORVANE_AGREE_TEXT(Name)
+    QUORVANE_FIELD_PROPERTIES(QUORVANE_AGREE_FIELD)
+#undef QUORVANE_AGREE_FIELD
+#undef QUORVANE_AGREE_TEXT
+    agree("TaskingEnabled", get, none(), [](ctlScheduler& c) { return Variant(c.TaskingEnabled()); });
+    agree("TaskingEnabled", let, values({"Y"}), done([](ctlScheduler& c) { c.setTaskingEnabled("Y"); }));
     const std::pair<const char*, Write> writeOnly[] = {
         {"ImagingEnabled", &ctlScheduler::setImagingEnabled},
         {"ClearCommentsEnabled", &ctlScheduler::setClearCommentsEnabled},

@@ -9,6 +9,8 @@
 
 #include <QuorvaneScheduler/script/console.h>
 
+#include "morning_script.h"
+
 #include <QImage>
 #include <QString>
 
@@ -24,9 +26,6 @@ namespace quorvane::test {
 
 using Lines = std::vector<std::string>;
 
-// Two columns of 30-minute slots on 1/15/2008 from 8 AM: in the first two
-// overlapping appointments and a lunch block, in the second one appointment.
-extern const char* const kMorning;
 
 // What the console prints for `gestures` run after `setup`, less the commands
 // and what the host's handlers print: the events, message boxes, menus and
