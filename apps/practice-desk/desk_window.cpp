@@ -286,9 +286,16 @@ QString DeskWindow::searchPatient() {
     auto fill = [&](const QString& t) {
         list->clear();
         try {
-            for (const Patient& p : store_.findPatients(t)) {
-                auto* item = new QListWidgetItem(p.name + "  (" + p.chartNumber + ")", list);
-                item->setData(Qt::UserRole, p.id);
+            // A list a person can read: a practice holds tens of thousands.
+            constexpr int kShown = 100;
+            const std::vector<Patient> found = store_.findPatients(t, kShown + 1);
+            for (std::size_t i = 0; i < found.size() && i < kShown; ++i) {
+                auto* item = new QListWidgetItem(found[i].name + "  (" + found[i].chartNumber + ")", list);
+                item->setData(Qt::UserRole, found[i].id);
+            }
+            if (found.size() > kShown) {
+                auto* more = new QListWidgetItem("More patients match: type more of the name or chart number.", list);
+                more->setFlags(Qt::NoItemFlags);
             }
         } catch (const std::exception& e) {
             statusBar()->showMessage(QString::fromStdString(e.what()), 15000);

@@ -28,7 +28,7 @@ using sql::fail;
 using sql::run;
 using sql::text;
 
-StoredAppointment appointmentOf(const QSqlQuery& q) {
+StoredAppointment appointmentOf(const sql::Rows& q) {
     StoredAppointment a;
     a.id = q.value("app_id").toLongLong();
     a.resource = text(q, "resource_value");
@@ -48,7 +48,7 @@ StoredAppointment appointmentOf(const QSqlQuery& q) {
     return a;
 }
 
-Patient patientOf(const QSqlQuery& q) {
+Patient patientOf(const sql::Rows& q) {
     Patient p;
     p.id = text(q, "patient_id"), p.name = text(q, "name"), p.chartNumber = text(q, "chart_number");
     p.dob = text(q, "dob"), p.sex = text(q, "sex"), p.pcp = text(q, "pcp");
@@ -88,6 +88,7 @@ PracticeStore::PracticeStore(QString connectionName) : name_(std::move(connectio
 
 PracticeStore::~PracticeStore() {
     if (db_.isValid()) {
+        sql::forgetStatements(db_);
         db_.close();
         db_ = QSqlDatabase();
         QSqlDatabase::removeDatabase(name_);
@@ -148,7 +149,11 @@ void PracticeStore::transactionOnce(const char* what, const std::function<void()
         throw;
     }
     --transactionDepth_;
-    if (postgres_ ? db_.commit() : QSqlQuery(db_).exec("COMMIT")) return;
+    const auto committing = std::chrono::steady_clock::now();
+    if (postgres_ ? db_.commit() : QSqlQuery(db_).exec("COMMIT")) {
+        lastCommit_ = committing;
+        return;
+    }
     const QSqlError e = db_.lastError();
     rollback();
     fail(db_, e, what);
@@ -216,10 +221,12 @@ void PracticeStore::ping() {
 void PracticeStore::disconnect() {
     if (!postgres_) return;
     heard_ = nullptr;
+    sql::forgetStatements(db_);
     db_.close();
 }
 
 bool PracticeStore::reconnect() {
+    sql::forgetStatements(db_);
     db_.close();
     heard_ = nullptr;
     if (!db_.open()) return false;
@@ -228,6 +235,7 @@ bool PracticeStore::reconnect() {
         ping();
         if (listening_) subscribe();
     } catch (const StoreError&) {
+        sql::forgetStatements(db_);
         db_.close();
         return false;
     }
@@ -295,7 +303,7 @@ Catalogue PracticeStore::catalogue() const {
         bool isDefault;
     };
     std::vector<Group> groupRows;
-    QSqlQuery g = run(db_, "SELECT group_id, group_name, columns_shown, columns_total, is_default "
+    sql::Rows g = run(db_, "SELECT group_id, group_name, columns_shown, columns_total, is_default "
                            "FROM practice_groups ORDER BY position");
     while (g.next())
         groupRows.push_back({text(g, "group_id"), text(g, "group_name"), text(g, "columns_shown"),
@@ -303,7 +311,7 @@ Catalogue PracticeStore::catalogue() const {
     QStringList views, defaults, groups, resources;
     for (const Group& group : groupRows) {
         views << group.id + "~" + group.name + "~" + group.shown + "~" + group.total;
-        QSqlQuery m = run(db_,
+        sql::Rows m = run(db_,
                           "SELECT m.resource_value, m.default_column, r.name, r.cat_type, r.sub_type FROM "
                           "group_members m JOIN resources r ON r.resource_value = m.resource_value "
                           "WHERE m.group_id = ? ORDER BY m.position",
@@ -320,7 +328,7 @@ Catalogue PracticeStore::catalogue() const {
                 defaults << group.id + "~" + group.name + "~" + value + "~" + text(m, "default_column");
         }
     }
-    QSqlQuery r =
+    sql::Rows r =
         run(db_, "SELECT resource_value, name, cat_type, sub_type FROM resources ORDER BY resource_value");
     while (r.next())
         resources << text(r, "resource_value") + "~" + text(r, "name") + "~" + text(r, "cat_type") + "~" +
@@ -331,7 +339,7 @@ Catalogue PracticeStore::catalogue() const {
 QString PracticeStore::appointmentTypes(const QString& resource) const {
     checkOpen();
     QStringList entries;
-    QSqlQuery q = run(db_,
+    sql::Rows q = run(db_,
                       "SELECT caption, duration, comment, chief, type_id FROM appointment_types "
                       "WHERE resource_value = ? ORDER BY position",
                       {resource});
@@ -344,7 +352,7 @@ QString PracticeStore::appointmentTypes(const QString& resource) const {
 std::vector<std::pair<QString, QString>> PracticeStore::templateKinds() const {
     checkOpen();
     std::vector<std::pair<QString, QString>> out;
-    QSqlQuery q = run(db_, "SELECT DISTINCT description, colour FROM templates ORDER BY description, colour");
+    sql::Rows q = run(db_, "SELECT DISTINCT description, colour FROM templates ORDER BY description, colour");
     while (q.next())
         out.emplace_back(q.value(0).toString(), q.value(1).toString());
     return out;
@@ -354,7 +362,7 @@ std::vector<StoredAppointment> PracticeStore::appointmentsBetween(const QString&
                                                                   OleDate last) const {
     checkOpen();
     std::vector<StoredAppointment> out;
-    QSqlQuery q =
+    sql::Rows q =
         run(db_,
             "SELECT * FROM appointments WHERE resource_value = ? AND start_at >= ? AND start_at < ? "
             "ORDER BY start_at, app_id",
@@ -374,7 +382,7 @@ std::vector<Template> PracticeStore::templates(const QString& resource, OleDate 
     const quorvane::DateParts p = quorvane::splitDate(day);
     const int weekday = QDate(p.year, p.month, p.day).dayOfWeek(); // Monday 1
     std::vector<Template> out;
-    QSqlQuery q = run(db_,
+    sql::Rows q = run(db_,
                       "SELECT start_time, end_time, description, colour FROM templates "
                       "WHERE resource_value = ? AND (weekday = 0 OR weekday = ?) ORDER BY template_id",
                       {resource, weekday});
@@ -388,7 +396,7 @@ std::vector<Template> PracticeStore::templates(const QString& resource, OleDate 
 
 StoredAppointment PracticeStore::appointment(qint64 id) const {
     checkOpen();
-    QSqlQuery q = run(db_, "SELECT * FROM appointments WHERE app_id = ?", {id});
+    sql::Rows q = run(db_, "SELECT * FROM appointments WHERE app_id = ?", {id});
     if (!q.next())
         throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
     return appointmentOf(q);
@@ -396,13 +404,13 @@ StoredAppointment PracticeStore::appointment(qint64 id) const {
 
 int PracticeStore::appointmentCount() const {
     checkOpen();
-    QSqlQuery q = run(db_, "SELECT count(*) FROM appointments");
+    sql::Rows q = run(db_, "SELECT count(*) FROM appointments");
     return q.next() ? q.value(0).toInt() : 0;
 }
 
 // A name or chart number holding the text, whatever its case; "%" and "_"
 // are taken as typed.
-std::vector<Patient> PracticeStore::findPatients(const QString& t) const {
+std::vector<Patient> PracticeStore::findPatients(const QString& t, int limit) const {
     checkOpen();
     QString literal = t;
     literal.replace("\\", "\\\\").replace("%", "\\%").replace("_", "\\_");
@@ -416,16 +424,22 @@ std::vector<Patient> PracticeStore::findPatients(const QString& t) const {
                                     : "rowid IN (SELECT rowid FROM patients_search WHERE name_folded LIKE ?" +
                                           escape + " UNION SELECT rowid FROM patients_search WHERE chart LIKE ?" +
                                           escape + ")";
-    QSqlQuery q = run(db_, "SELECT * FROM patients WHERE " + where + " OR patient_id = ? ORDER BY name",
-                      {"%" + literal.toCaseFolded() + "%", "%" + literal.toLower() + "%", t});
-    while (q.next())
-        out.push_back(patientOf(q));
+    sql::Rows q = run(db_,
+                      "SELECT patient_id, name, chart_number, dob FROM patients WHERE " + where +
+                          " OR patient_id = ? ORDER BY name, patient_id LIMIT ?",
+                      {"%" + literal.toCaseFolded() + "%", "%" + literal.toLower() + "%", t, std::max(limit, 0)});
+    while (q.next()) {
+        Patient p;
+        p.id = text(q, "patient_id"), p.name = text(q, "name"), p.chartNumber = text(q, "chart_number");
+        p.dob = text(q, "dob");
+        out.push_back(p);
+    }
     return out;
 }
 
 Patient PracticeStore::patient(const QString& id) const {
     checkOpen();
-    QSqlQuery q = run(db_, "SELECT * FROM patients WHERE patient_id = ?", {id});
+    sql::Rows q = run(db_, "SELECT * FROM patients WHERE patient_id = ?", {id});
     if (!q.next()) throw StoreError(("There is no patient " + id + ".").toStdString());
     return patientOf(q);
 }
@@ -444,7 +458,7 @@ void PracticeStore::refuseDoubleBooking(const char* what, qint64 id, const QStri
     if (postgres_ && transactionDepth_ > 0)
         run(db_, "SELECT pg_advisory_xact_lock(7, hashtext(?))", {resource}, what);
     if (allowDoubleBooking()) return;
-    QSqlQuery q = run(db_,
+    sql::Rows q = run(db_,
                       "SELECT a.description, a.start_at, a.end_at, r.name FROM appointments a "
                       "LEFT JOIN resources r ON r.resource_value = a.resource_value "
                       "WHERE a.resource_value = ? AND a.status <> 'Cancelled' AND a.app_id <> ? "
@@ -466,7 +480,7 @@ qint64 PracticeStore::addAppointment(const StoredAppointment& a) {
     transaction("the booking", [&] {
         refuseDoubleBooking("the booking", 0, a.resource, a.start, a.end, a.status);
         // Only PostgreSQL says the new key in the same statement.
-        QSqlQuery q =
+        sql::Rows q =
             run(db_,
                 "INSERT INTO appointments (resource_value, start_at, end_at, description, patient_id, "
                 "status, recurrence_id, type_id, comments, chief_complaint, prior_auth, ref_provider, "
@@ -494,7 +508,7 @@ int PracticeStore::changeVersioned(const char* what, qint64 id, int version, con
     };
     transaction(what, [&] {
         // The row as it stands, locked until the commit where the dialect can.
-        QSqlQuery row = run(db_, "SELECT * FROM appointments WHERE app_id = ?" + QString(postgres_ ? " FOR UPDATE" : ""),
+        sql::Rows row = run(db_, "SELECT * FROM appointments WHERE app_id = ?" + QString(postgres_ ? " FOR UPDATE" : ""),
                             {id}, what);
         if (!row.next())
             throw StoreError("The appointment " + std::to_string(id) + " is no longer in the schedule.");
@@ -508,7 +522,7 @@ int PracticeStore::changeVersioned(const char* what, qint64 id, int version, con
             refuseDoubleBooking(what, id, changed.resource, changed.start, changed.end, changed.status);
         QVariantList bound = values;
         bound << id << version;
-        QSqlQuery q = run(db_,
+        sql::Rows q = run(db_,
                           set.isEmpty() ? QString("DELETE FROM appointments WHERE app_id = ? AND version = ?")
                                         : "UPDATE appointments SET " + set +
                                               ", version = version + 1 WHERE app_id = ? AND version = ?",

@@ -15,6 +15,7 @@
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlDriver>
 
+#include <chrono>
 #include <functional>
 #include <stdexcept>
 #include <vector>
@@ -155,7 +156,10 @@ public:
                                                        quorvane::OleDate last) const;
     std::vector<Template> templates(const QString& resource, quorvane::OleDate day) const;
     StoredAppointment appointment(qint64 id) const;
-    std::vector<Patient> findPatients(const QString& text) const;
+    // The first `limit` patients, by name, whose name or chart number holds
+    // `text` whatever its case, or whose id is `text`: each one's id, name,
+    // chart number and birth date (patient() reads the whole record).
+    std::vector<Patient> findPatients(const QString& text, int limit = 100) const;
     Patient patient(const QString& id) const;
     int appointmentCount() const;
     // The engine's plan for the last read the store ran, one step a line:
@@ -179,6 +183,9 @@ public:
     int saveDetails(const StoredAppointment& a);
     // The appointment as the last booking or change stored it.
     const StoredAppointment& written() const { return written_; }
+    // When the last change of this store was sent to be committed, by the
+    // steady clock every process of the machine shares.
+    std::chrono::steady_clock::time_point lastCommit() const { return lastCommit_; }
 
 private:
     void connect(const QString& location, OpenMode mode);
@@ -211,6 +218,7 @@ private:
 
     QString name_;
     StoredAppointment written_;
+    std::chrono::steady_clock::time_point lastCommit_;
     QString location_;
     bool postgres_ = false;
     void subscribe();

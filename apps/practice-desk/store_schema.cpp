@@ -140,7 +140,7 @@ void PracticeStore::setUp(int upTo, bool seedDemo, quorvane::OleDate today) {
 int PracticeStore::schemaVersion() const {
     checkOpen();
     if (!db_.tables().contains("schema_version")) return 0;
-    QSqlQuery q = run(db_, "SELECT version FROM schema_version");
+    sql::Rows q = run(db_, "SELECT version FROM schema_version");
     return q.next() ? q.value(0).toInt() : 0;
 }
 
@@ -158,7 +158,7 @@ void PracticeStore::migrate(int from, int upTo) {
                 run(db_, kPeriodFunction, {}, what);
                 // A practice that already has overlapping appointments keeps
                 // allowing them until it sorts them out.
-                QSqlQuery overlaps = run(db_,
+                sql::Rows overlaps = run(db_,
                                          "SELECT 1 FROM appointments a JOIN appointments b ON "
                                          "a.resource_value = b.resource_value AND a.app_id < b.app_id AND "
                                          "a.status <> 'Cancelled' AND b.status <> 'Cancelled' AND "
@@ -191,7 +191,7 @@ void PracticeStore::migrate(int from, int upTo) {
 // and "ölander" finds "Ölander" on either engine.
 void PracticeStore::foldPatientNames() {
     std::vector<std::pair<QString, QString>> names;
-    QSqlQuery q = run(db_, "SELECT patient_id, name FROM patients");
+    sql::Rows q = run(db_, "SELECT patient_id, name FROM patients");
     while (q.next())
         names.emplace_back(q.value(0).toString(), q.value(1).toString());
     for (const auto& [id, name] : names)
@@ -208,7 +208,7 @@ void PracticeStore::forbidDoubleBookings(bool forbid) {
 
 bool PracticeStore::allowDoubleBooking() const {
     checkOpen();
-    QSqlQuery q = run(db_, "SELECT value FROM practice_settings WHERE name = 'allow_double_booking'");
+    sql::Rows q = run(db_, "SELECT value FROM practice_settings WHERE name = 'allow_double_booking'");
     return q.next() && q.value(0).toString() == "on";
 }
 
@@ -230,7 +230,7 @@ void PracticeStore::validate() {
                                 "\" is missing.")
                                    .toStdString());
     if (postgres_) return;
-    QSqlQuery check = run(db_, "PRAGMA quick_check(1)");
+    sql::Rows check = run(db_, "PRAGMA quick_check(1)");
     if (!check.next() || check.value(0).toString() != "ok")
         throw DamagedError((sql::nameOf(db_) + " is damaged and cannot be used.").toStdString());
 }

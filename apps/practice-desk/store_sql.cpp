@@ -2,6 +2,8 @@
 
 #include <QDir>
 
+#include <map>
+
 namespace practice {
 
 namespace sql {
@@ -44,34 +46,64 @@ QString nameOf(const QSqlDatabase& db) {
 }
 
 namespace {
-QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const QVariantList& values) {
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!q.prepare(sql)) fail(db, q.lastError(), nullptr);
-    for (const QVariant& v : values)
+
+// A server's statements stay prepared on their connection: preparing one
+// costs a round trip of its own, and the statement's release another. A file's
+// are prepared anew, which costs nothing, and go with their rows, so that none
+// is left holding a read. Connections belong to the thread that made them, and
+// so does this.
+thread_local std::map<QString, std::map<QString, QSqlQuery>> preparedOn;
+
+void bind(QSqlQuery& q, const QVariantList& values) {
+    for (int i = 0; i < values.size(); ++i) {
+        const QVariant& v = values[i];
         // An empty text is stored as one, never as NULL.
-        q.addBindValue(v.typeId() == QMetaType::QString && v.toString().isNull() ? QVariant(QString("")) : v);
-    return q;
+        q.bindValue(i, v.typeId() == QMetaType::QString && v.toString().isNull() ? QVariant(QString("")) : v);
+    }
 }
+
+Statement lastReadStatement;
+
 } // namespace
 
-namespace {
-Statement lastReadStatement;
-}
+void forgetStatements(const QSqlDatabase& db) { preparedOn.erase(db.connectionName()); }
 
 const Statement& lastRead() { return lastReadStatement; }
 
-QSqlQuery run(const QSqlDatabase& db, const QString& sql, const QVariantList& values, const char* what) {
+Rows run(const QSqlDatabase& db, const QString& sql, const QVariantList& values, const char* what) {
     if (!what) lastReadStatement = {sql, values};
     if (values.isEmpty()) {
         QSqlQuery q(db);
         q.setForwardOnly(true);
         if (!q.exec(sql)) fail(db, q.lastError(), what);
-        return q;
+        return Rows(std::move(q));
     }
-    QSqlQuery q = prepared(db, sql, values);
-    if (!q.exec()) fail(db, q.lastError(), what);
-    return q;
+    if (db.driverName() != "QPSQL") {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (!q.prepare(sql)) fail(db, q.lastError(), what);
+        bind(q, values);
+        if (!q.exec()) fail(db, q.lastError(), what);
+        return Rows(std::move(q));
+    }
+    std::map<QString, QSqlQuery>& kept = preparedOn[db.connectionName()];
+    auto found = kept.find(sql);
+    if (found == kept.end()) {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (!q.prepare(sql)) fail(db, q.lastError(), what);
+        found = kept.emplace(sql, std::move(q)).first;
+    }
+    QSqlQuery& q = found->second;
+    bind(q, values);
+    if (!q.exec()) {
+        const QSqlError e = q.lastError();
+        // A statement the server no longer knows (its connection was made
+        // anew) is prepared again at the next run.
+        kept.erase(found);
+        fail(db, e, what);
+    }
+    return Rows(&q);
 }
 
 } // namespace sql
