@@ -1,16 +1,21 @@
 // The store as a practice grows: the same operations on a practice with one
 // week, one year and ten years of history, so that their ratios show whether
-// the past costs anything. The databases are generated once into
-// QUORVANE_STORE_BENCH_DATA (SQLite files) and, when QUORVANE_STORE_BENCH_SERVER
-// names a server's socket folder, into databases there too.
+// the past costs anything. The practices are generated once into
+// QUORVANE_STORE_BENCH_DATA: SQLite files, and databases of a PostgreSQL
+// server the benchmark starts there on a socket of its own (unless
+// QUORVANE_STORE_BENCH_ENGINES=sqlite, or the server's programs are missing).
+// Opening a day and switching groups run as the desk runs them: the control
+// asks for each column, the desk's host reads it and loads it into the control.
 
+#include <QuorvaneScheduler/control_internals.h>
+#include "desk_host.h"
+#include "local_pg_server.h"
 #include "practice_store.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <benchmark/benchmark.h>
 
@@ -26,39 +31,63 @@ namespace {
 
 const OleDate kToday = quorvane::makeDate(2026, 11, 23);
 
+// A practice's store with a desk on it: the desk's host and its control,
+// headless, at the size of the desk's window.
 struct Practice {
+    Practice(std::string n, const QString& location) : name(std::move(n)), store(QString::fromStdString(name)) {
+        platform.clock.setToday(kToday);
+        store.open(location, kToday);
+        host.columnShown = [this](const QString&, OleDate, const std::vector<StoredAppointment>&) { ++shown; };
+        host.start(1200, 700);
+    }
+    int shown = 0; // columns read and shown
     std::string name; // "week/sqlite", ...
-    QString location;
-    std::unique_ptr<PracticeStore> store;
+    PracticeStore store;
+    quorvane::Platform platform;
+    quorvane::ctlScheduler control{platform};
+    DeskHost host{control, store};
 };
-std::vector<Practice> practices;
+std::vector<std::unique_ptr<Practice>> practices;
 
 QString resource(int r) { return QString::number(7001 + r); }
 
-void openDay(benchmark::State& state, PracticeStore& store, int firstResource) {
-    for (auto _ : state)
-        for (int r = firstResource; r < firstResource + 10; ++r) {
-            benchmark::DoNotOptimize(store.appointments(resource(r), kToday));
-            benchmark::DoNotOptimize(store.templates(resource(r), kToday));
-            benchmark::DoNotOptimize(store.appointmentTypes(resource(r)));
-        }
+// The columns that show appointments.
+int columnsLoaded(Practice& p) {
+    int loaded = 0;
+    for (const auto& view : widgetsOf(p.control).dvwResource)
+        loaded += view && view->appointmentSet().Count() > 0;
+    return loaded;
 }
 
-void groupSwitch(benchmark::State& state, PracticeStore& store) {
-    int first = 0;
+// Today and the next working day in turn, in each of the ten columns: the
+// control asks for each column's day, the desk reads it and loads it.
+void openDay(benchmark::State& state, Practice& p) {
+    int turn = 0;
+    p.shown = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(store.catalogue());
-        first = 10 - first;
-        for (int r = first; r < first + 10; ++r) {
-            benchmark::DoNotOptimize(store.appointments(resource(r), kToday));
-            benchmark::DoNotOptimize(store.templates(resource(r), kToday));
-        }
+        const OleDate day = quorvane::addDays(kToday, ++turn % 2);
+        for (const auto& view : widgetsOf(p.control).dvwResource)
+            view->userDate(day);
     }
+    state.counters["columns"] = columnsLoaded(p);
+    state.counters["read"] = benchmark::Counter(p.shown, benchmark::Counter::kAvgIterations);
 }
 
+// The whole practice and its second floor in turn, picked in the group list.
+void groupSwitch(benchmark::State& state, Practice& p) {
+    quorvane::PickList& groups = widgetsOf(p.control).cmbResourceGroup;
+    int turn = 0;
+    p.shown = 0;
+    for (auto _ : state)
+        groups.userPick(++turn % 2);
+    state.counters["columns"] = columnsLoaded(p);
+    state.counters["read"] = benchmark::Counter(p.shown, benchmark::Counter::kAvgIterations);
+}
+
+// What the desk's search asks: the first hundred and one matches.
 void search(benchmark::State& state, PracticeStore& store, const QString& fragment) {
     for (auto _ : state)
-        benchmark::DoNotOptimize(store.findPatients(fragment));
+        benchmark::DoNotOptimize(store.findPatients(fragment, 101));
 }
 
 // A booking at 6 PM, moved half an hour on and to the next resource, then removed.
@@ -78,19 +107,22 @@ void bookMoveRemove(benchmark::State& state, PracticeStore& store) {
     }
 }
 
-void prepare(const std::string& size, const QString& location, const PracticeSize& practice) {
+// An existing practice, or one generated at `size`.
+void prepare(const std::string& name, const QString& location, const PracticeSize& size) {
     QElapsedTimer took;
     took.start();
-    const bool server = location.startsWith("postgresql:");
-    if (server || !QFileInfo::exists(location)) {
+    try {
+        PracticeStore existing("existing");
+        existing.open(location, kToday);
+    } catch (const StoreError&) {
+        QFile::remove(location); // a file half generated by a run that was stopped
         PracticeStore generator("generator");
-        generator.generate(location, kToday, practice, {});
-        std::fprintf(stderr, "generated %s%s in %.1f s\n", size.c_str(), server ? " on the server" : "",
-                     took.elapsed() / 1000.0);
+        generator.generate(location, kToday, size, [](const QString& what) {
+            std::fprintf(stderr, "  %s\n", qPrintable(what));
+        });
+        std::fprintf(stderr, "generated %s in %.1f s\n", name.c_str(), took.elapsed() / 1000.0);
     }
-    Practice p{size + (server ? "/postgresql" : "/sqlite"), location, std::make_unique<PracticeStore>(QString::fromStdString(size) + location)};
-    p.store->open(location, kToday);
-    practices.push_back(std::move(p));
+    practices.push_back(std::make_unique<Practice>(name, location));
 }
 
 } // namespace
@@ -99,8 +131,15 @@ int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
     const QString data = qEnvironmentVariable("QUORVANE_STORE_BENCH_DATA", QDir::temp().filePath("quorvane-store-bench"));
-    const QString server = qEnvironmentVariable("QUORVANE_STORE_BENCH_SERVER");
     QDir().mkpath(data);
+    std::unique_ptr<local::Server> server;
+    if (qEnvironmentVariable("QUORVANE_STORE_BENCH_ENGINES") != "sqlite") {
+        server = std::make_unique<local::Server>(QDir(data).filePath("postgresql"));
+        if (!server->available() || !server->start()) {
+            std::fprintf(stderr, "no PostgreSQL server could be started: the benchmark runs on SQLite alone\n");
+            server.reset();
+        }
+    }
     struct Size {
         const char* name;
         PracticeSize practice;
@@ -108,17 +147,19 @@ int main(int argc, char** argv) {
     Size sizes[] = {{"week", {}}, {"year", {}}, {"decade", {}}};
     sizes[0].practice.days = 7, sizes[1].practice.years = 1, sizes[2].practice.years = 10;
     for (const Size& s : sizes) {
-        prepare(s.name, QDir(data).filePath(QString(s.name) + ".sqlite"), s.practice);
-        if (!server.isEmpty())
-            prepare(s.name, "postgresql://postgres@localhost/practice_" + QString(s.name) + "?host=" + server, s.practice);
+        prepare(std::string(s.name) + "/sqlite", QDir(data).filePath(QString(s.name) + ".sqlite"), s.practice);
+        const QString database = "practice_" + QString(s.name);
+        if (server && server->createDatabase(database))
+            prepare(std::string(s.name) + "/postgresql", server->location(database), s.practice);
     }
-    for (Practice& p : practices) {
-        PracticeStore& store = *p.store;
+    for (const std::unique_ptr<Practice>& owned : practices) {
+        Practice& p = *owned;
+        PracticeStore& store = p.store;
         benchmark::RegisterBenchmark(("OpenDayOfTenColumns/" + p.name).c_str(),
-                                     [&store](benchmark::State& s) { openDay(s, store, 0); })
+                                     [&p](benchmark::State& s) { openDay(s, p); })
             ->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark(("GroupSwitch/" + p.name).c_str(),
-                                     [&store](benchmark::State& s) { groupSwitch(s, store); })
+                                     [&p](benchmark::State& s) { groupSwitch(s, p); })
             ->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark(("SearchByName/" + p.name).c_str(),
                                      [&store](benchmark::State& s) { search(s, store, "hopper 1"); })

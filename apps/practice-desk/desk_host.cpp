@@ -266,7 +266,8 @@ void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant&
     const OleDate day = date.toDate();
     const QString key = dayKey(qs(resource), day);
     ColumnDay loaded;
-    if (read(qs(resource), day, loaded)) {
+    const bool fresh = read(qs(resource), day, loaded);
+    if (fresh) {
         forgetDaysNotShown();
         loaded_[key] = loaded;
     } else if (const auto kept = loaded_.find(key); kept != loaded_.end()) {
@@ -284,6 +285,7 @@ void DeskHost::ResourceOnClick(std::int16_t column, Str resource, const Variant&
     }
     session_.call("SetAppointmentType", {str(loaded.types), number});
     session_.call("DisplayTopIndex", {Variant(addMinutes(datePart(day), 8 * 60)), number});
+    if (fresh && columnShown) columnShown(qs(resource), day, loaded.appointments);
 }
 
 // Runs the desk's answer to an event of the busy phase. However the answer

@@ -56,6 +56,10 @@ public:
     };
     std::function<void(const std::vector<LegendRow>& rows)> showLegend;
     std::function<bool()> mayProbe; // false while a dialog of the window is open
+    // A column's day read from the store and now shown by the control (how
+    // soon a desk shows another desk's change is measured here).
+    std::function<void(const QString& resource, quorvane::OleDate day, const std::vector<StoredAppointment>&)>
+        columnShown;
 
     // The events, in the order of the interface.
     using Str = const std::string&;

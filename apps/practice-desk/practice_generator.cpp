@@ -79,8 +79,14 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
     };
 
     transaction("the generated catalogue", [&] {
+        // The whole practice, and its second half on a floor of its own: a
+        // group switch fills the control's ten columns (five in view) with the
+        // resources the other group's columns do not hold.
+        const int half = size.resources / 2;
         sql::run(db_, "INSERT INTO practice_groups VALUES (?, ?, ?, ?, ?, ?)",
-                 {"10", "Whole Practice", std::min(size.resources, 10), size.resources, 1, 0});
+                 {"10", "Whole Practice", std::min(size.resources, 5), std::min(size.resources, 10), 1, 0});
+        sql::run(db_, "INSERT INTO practice_groups VALUES (?, ?, ?, ?, ?, ?)",
+                 {"20", "Second Floor", std::min(size.resources - half, 5), std::min(size.resources - half, 10), 0, 1});
         Batch resources(db_, "INSERT INTO resources", 4), members(db_, "INSERT INTO group_members", 4);
         Batch templates(db_, "INSERT INTO templates (resource_value, weekday, start_time, end_time, description, "
                              "colour)", 6);
@@ -90,6 +96,7 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
             resources.add({value, QString("Dr. %1 %2").arg(kLast[r % std::size(kLast)]).arg(r + 1),
                            r % 4 == 3 ? "Hygiene" : "Providers", "General"});
             members.add({"10", value, r < 10 ? r + 1 : 0, r});
+            if (r >= half) members.add({"20", value, r - half < 10 ? r - half + 1 : 0, r - half});
             templates.add({value, 0, "12:00:00", "13:00:00", "Lunch", "#C0C0C0"});
             types.add({value, 0, "Check-Up", "20", "", "", "1"});
             types.add({value, 1, "Treatment", "40", "", "", "2"});

@@ -6,7 +6,7 @@
 
 #include <QuorvaneScheduler/control_internals.h>
 #include "desk_fixture.h"
-#include "pg_server.h"
+#include "local_pg_server.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -24,7 +24,7 @@
 using namespace quorvane;
 using namespace practice;
 using practice::test::Desk;
-using practice::test::Server;
+using practice::local::Server;
 
 namespace {
 

@@ -3,7 +3,7 @@
 // a name or a chart number by the engine's trigram index. Checked with the
 // engine's own plan of the store's own statement, on a generated practice.
 
-#include "pg_server.h"
+#include "local_pg_server.h"
 #include "practice_store.h"
 
 #include <QTemporaryDir>
@@ -52,7 +52,7 @@ TEST(StorePlans, DayAndSearchReadIndexesInAFile) {
 }
 
 TEST(StorePlans, DayAndSearchReadIndexesOnAServer) {
-    test::Server server;
+    local::Server server;
     if (!server.available()) GTEST_SKIP() << "no PostgreSQL server programs on this machine";
     ASSERT_TRUE(server.start());
     expectIndexedReads(server.location(), true);

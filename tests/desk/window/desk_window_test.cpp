@@ -1,7 +1,7 @@
 // The desk's window as a person sees it: which practice is open, the server
 // going away and coming back, and where the day's printout went.
 
-#include "../pg_server.h"
+#include "local_pg_server.h"
 #include "desk_window.h"
 
 #include <QuorvaneScheduler/qt/day_view_widget.h>
@@ -69,7 +69,7 @@ double deltaE(const QColor& a, const QColor& b) {
 // An idle window learns within seconds that its server went away, says so in
 // its title and status bar with the grid as it was, and comes back by itself.
 TEST(DeskWindowOnAServer, AnIdleWindowShowsItsServerAwayAndBack) {
-    test::Server server;
+    local::Server server;
     if (!server.available()) GTEST_SKIP() << "no PostgreSQL server programs on this machine";
     ASSERT_TRUE(server.start());
     DeskWindow desk(server.location(), kToday, OpenMode::Demo);
