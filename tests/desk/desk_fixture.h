@@ -74,6 +74,9 @@ inline void expectSearchFoldsCase(PracticeStore& store) {
     EXPECT_EQ(names("%"), V{"100% Pure_Test"});
     EXPECT_EQ(names("e_t"), V{"100% Pure_Test"}) << "\"_\" stands for itself";
     EXPECT_EQ(names("c-103"), V{"Grace Hopper"}) << "a chart number, whatever its case";
+    const std::vector<Patient> first = store.findPatients("", 3);
+    ASSERT_EQ(first.size(), 3u) << "as many as asked for";
+    EXPECT_LE(first[0].name, first[1].name);
 }
 
 } // namespace practice::test
