@@ -67,7 +67,8 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
     transaction("the practice's layout", [&] {
         if (schemaVersion() != 0)
             throw StoreError((sql::nameOf(db_) + " already holds a practice; generate into a new one.").toStdString());
-        migrate(0, kSchemaVersion);
+        // The audit trail's triggers come last: a generated past has no trail.
+        migrate(0, kAuditedVersion - 1);
     });
     auto say = [&](const QString& what) {
         if (progress) progress(what);
@@ -152,6 +153,7 @@ void PracticeStore::generate(const QString& location, OleDate today, const Pract
         });
         say(QString("%1 appointments, to %2").arg(written).arg(std::min(year.addYears(1), last).toString("M/d/yyyy")));
     }
+    transaction("the practice's audit trail", [&] { migrate(kAuditedVersion - 1, kSchemaVersion); });
     // The planner's picture of the tables, as a practice's server keeps it up to date.
     sql::run(db_, "ANALYZE", {}, "the statistics");
 }

@@ -10,7 +10,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QStringList>
+#include <QSysInfo>
 #include <QTime>
 #include <QUrl>
 #include <QUrlQuery>
@@ -142,7 +144,9 @@ void PracticeStore::transactionOnce(const char* what, const std::function<void()
     }
     ++transactionDepth_;
     try {
+        if (audited_) nameActor(user_);
         work();
+        if (audited_) run(db_, "DELETE FROM desk_actor", {}, what);
     } catch (...) {
         --transactionDepth_;
         rollback();
@@ -172,7 +176,11 @@ void PracticeStore::connect(const QString& location, OpenMode mode) {
         db_.setDatabaseName(url.path().mid(1));
         db_.setUserName(url.userName().isEmpty() ? QString("postgres") : url.userName());
         if (!url.password().isEmpty()) db_.setPassword(url.password());
-        db_.setConnectOptions("connect_timeout=2");
+        // The server's audit trail names the desk by its connection's name.
+        QStringList options{"connect_timeout=2", "application_name=" + deskName()};
+        for (const char* tls : {"sslmode", "sslrootcert", "sslcert", "sslkey"})
+            if (query.hasQueryItem(tls)) options << QString(tls) + "=" + query.queryItemValue(tls);
+        db_.setConnectOptions(options.join(';'));
         if (!db_.open()) fail(db_, db_.lastError(), nullptr);
         quiet();
         return;
@@ -205,6 +213,27 @@ void PracticeStore::connect(const QString& location, OpenMode mode) {
     if (!db_.open()) fail(db_, db_.lastError(), nullptr);
     // A file that is no database fails at its first read, not at the open.
     run(db_, "SELECT count(*) FROM sqlite_master");
+}
+
+// This computer, as the audit trail names the desk a change came from.
+QString PracticeStore::deskName() {
+    QString name = QSysInfo::machineHostName();
+    name.replace(QRegularExpression("[^A-Za-z0-9._-]"), "-");
+    return name.isEmpty() ? QString("desk") : name.left(60);
+}
+
+// In a file, the user a write transaction's changes are audited under: the
+// triggers refuse a change that names none.
+void PracticeStore::nameActor(const QString& who) {
+    if (postgres_) return;
+    run(db_, "DELETE FROM desk_actor", {}, "the name of the desk's user");
+    run(db_, "INSERT INTO desk_actor (name, desk) VALUES (?, ?)", {who.isEmpty() ? osUser() : who, deskName()},
+        "the name of the desk's user");
+}
+
+QString PracticeStore::osUser() {
+    const QString name = qEnvironmentVariable("USER", qEnvironmentVariable("LOGNAME", qEnvironmentVariable("USERNAME")));
+    return name.isEmpty() ? QString("unknown") : name;
 }
 
 // The server's notices (a constraint dropped that was not there) are not the
@@ -562,6 +591,83 @@ int PracticeStore::saveDetails(const StoredAppointment& a) {
             now.comments = a.comments, now.chiefComplaint = a.chiefComplaint, now.priorAuth = a.priorAuth;
             now.refProvider = a.refProvider, now.refProviderId = a.refProviderId;
         });
+}
+
+Role PracticeStore::role() const {
+    checkOpen();
+    if (postgres_) {
+        sql::Rows q = run(db_, "SELECT pg_has_role(session_user, 'practice_admin', 'MEMBER') OR "
+                               "(SELECT rolsuper FROM pg_roles WHERE rolname = session_user)");
+        return q.next() && q.value(0).toBool() ? Role::Administrator : Role::FrontDesk;
+    }
+    sql::Rows q = run(db_, "SELECT role FROM desk_users WHERE name = ?", {user_.isEmpty() ? QString("\n") : user_});
+    if (q.next()) return q.value(0).toString() == "practice_admin" ? Role::Administrator : Role::FrontDesk;
+    // A file nobody has logged in to yet is its computer's user's alone.
+    return user_.isEmpty() ? Role::Administrator : Role::FrontDesk;
+}
+
+QString PracticeStore::userName() const {
+    if (postgres_) return db_.userName();
+    return user_.isEmpty() ? osUser() : user_;
+}
+
+namespace {
+
+QJsonObject jsonOf(const QString& text) { return QJsonDocument::fromJson(text.toUtf8()).object(); }
+
+StoredAppointment appointmentOf(const QJsonObject& o) {
+    auto t = [&](const char* field) { return o.value(field).toString(); };
+    StoredAppointment a;
+    a.id = o.value("app_id").toInteger();
+    a.resource = t("resource_value"), a.start = fromStoredDate(t("start_at")), a.end = fromStoredDate(t("end_at"));
+    a.description = t("description"), a.patientId = t("patient_id"), a.status = t("status");
+    a.recurrenceId = t("recurrence_id"), a.typeId = t("type_id"), a.comments = t("comments");
+    a.chiefComplaint = t("chief_complaint"), a.priorAuth = t("prior_auth"), a.refProvider = t("ref_provider");
+    a.refProviderId = t("ref_provider_id"), a.version = static_cast<int>(o.value("version").toInteger());
+    return a;
+}
+
+} // namespace
+
+std::vector<AuditEntry> PracticeStore::auditOf(qint64 id) const {
+    checkOpen();
+    if (!postgres_ && role() != Role::Administrator)
+        throw NotPermitted(("Only a practice administrator may read the audit trail; " + userName() +
+                            " works at the front desk.")
+                               .toStdString());
+    const QString at = postgres_ ? "to_char(at, 'YYYY-MM-DD HH24:MI:SS')" : "substr(at, 1, 19)";
+    const QString json = postgres_ ? "::text" : "";
+    std::vector<AuditEntry> out;
+    sql::Rows q = run(db_,
+                      "SELECT " + at + " AS at_text, who, desk, action, before" + json + " AS before_text, after" +
+                          json + " AS after_text FROM audit_trail WHERE app_id = ? ORDER BY audit_id",
+                      {id});
+    while (q.next())
+        out.push_back({text(q, "at_text"), text(q, "who"), text(q, "desk"), text(q, "action"),
+                       jsonOf(text(q, "before_text")), jsonOf(text(q, "after_text"))});
+    return out;
+}
+
+std::vector<Visit> PracticeStore::visitsOf(const QString& patientId) const {
+    checkOpen();
+    std::vector<Visit> out;
+    {
+        sql::Rows q = run(db_, "SELECT * FROM appointments WHERE patient_id = ? ORDER BY start_at", {patientId});
+        while (q.next())
+            out.push_back({appointmentOf(q), false});
+    }
+    if (role() == Role::Administrator) {
+        sql::Rows q = run(db_,
+                          "SELECT before" + QString(postgres_ ? "::text" : "") +
+                              " AS before_text FROM audit_trail WHERE patient_id = ? AND action = 'remove' "
+                              "ORDER BY audit_id",
+                          {patientId});
+        while (q.next())
+            out.push_back({appointmentOf(jsonOf(text(q, "before_text"))), true});
+        std::stable_sort(out.begin(), out.end(),
+                         [](const Visit& a, const Visit& b) { return a.appointment.start < b.appointment.start; });
+    }
+    return out;
 }
 
 QStringList PracticeStore::planOfLastRead() {

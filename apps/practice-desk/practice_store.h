@@ -10,6 +10,7 @@
 
 #include <QuorvaneScheduler/ole_date.h>
 
+#include <QJsonObject>
 #include <QString>
 #include <QVariantList>
 #include <QtSql/QSqlDatabase>
@@ -51,6 +52,19 @@ public:
     using StoreError::StoreError;
 };
 
+// The server turned the user away: a wrong password, or a user it does not
+// know. The desk asks again.
+class LoginRefused : public StoreError {
+public:
+    using StoreError::StoreError;
+};
+// The user's role may not do this: the server refused it, or the desk does
+// on its behalf for a file.
+class NotPermitted : public StoreError {
+public:
+    using StoreError::StoreError;
+};
+
 // Two writes waited on each other and the server gave one up; the store runs
 // such a transaction again before it tells anyone.
 class Contention : public StoreError {
@@ -81,6 +95,25 @@ struct Template {
     QString description, colour;
 };
 
+// One change in the audit trail: when (the server's time, or the file's
+// computer's), who, from which desk, what, and the appointment's values
+// before and after (none before a booking, none after a removal).
+struct AuditEntry {
+    QString at, who, desk, action;
+    QJsonObject before, after;
+};
+
+// A patient's appointment as it stands, or as its removal left it.
+struct Visit {
+    StoredAppointment appointment;
+    bool removed = false;
+};
+
+// What a user may do: the front desk works the schedule; a practice
+// administrator also keeps the catalogue, the templates, the types and the
+// settings, and reads the audit trail.
+enum class Role { FrontDesk, Administrator };
+
 // The four catalogue strings, in the control's grammar.
 struct Catalogue {
     QString views, defaults, groups, resources;
@@ -102,7 +135,8 @@ struct PracticeSize {
 
 class PracticeStore {
 public:
-    static constexpr int kSchemaVersion = 4;
+    static constexpr int kSchemaVersion = 5;
+    static constexpr int kAuditedVersion = 5; // the layout that brought the audit trail
 
     // A connection of its own, by name, so several stores may stand side by side.
     explicit PracticeStore(QString connectionName);
@@ -145,6 +179,8 @@ public:
     void setAllowDoubleBooking(bool allow);
 
     int schemaVersion() const;
+    // This computer's name, as the audit trail gives the desk a change came from.
+    static QString deskName();
     QSqlDatabase& database() { return db_; }
 
     Catalogue catalogue() const;
@@ -162,6 +198,16 @@ public:
     std::vector<Patient> findPatients(const QString& text, int limit = 100) const;
     Patient patient(const QString& id) const;
     int appointmentCount() const;
+    // The user's role: on a server, the group role the login role belongs to
+    // (its owner counts as an administrator).
+    Role role() const;
+    QString userName() const;
+    // An appointment's trail, oldest first. NotPermitted for a user who may not
+    // read it.
+    std::vector<AuditEntry> auditOf(qint64 id) const;
+    // A patient's appointments by start, past and future; those removed too,
+    // from the trail, for a user who may read it.
+    std::vector<Visit> visitsOf(const QString& patientId) const;
     // The engine's plan for the last read the store ran, one step a line:
     // EXPLAIN on a server, EXPLAIN QUERY PLAN in a file.
     QStringList planOfLastRead();
@@ -213,7 +259,11 @@ private:
     void checkOpen() const;
     void transactionOnce(const char* what, const std::function<void()>& work);
     void quiet();
+    void nameActor(const QString& who);
+    static QString osUser();
     int transactionDepth_ = 0;
+    bool audited_ = false; // a file whose triggers want each write's user named
+    QString user_;
     static constexpr const char* kChannel = "schedule_changed";
 
     QString name_;

@@ -66,7 +66,118 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
         // engine's (see kServerSearchIndex and kFileSearchIndex).
         "CREATE INDEX appointments_by_end ON appointments (resource_value, end_at)",
     },
+    {
+        // Who did what: the audit trail, written by the engine's triggers in
+        // the transaction of each change, and the users and roles that name
+        // the who (see kServerAudit and kFileAudit).
+    },
 }};
+
+// An appointment's columns, as the audit trail keeps its values.
+const char* const kAppointmentColumns[] = {
+    "app_id",   "resource_value", "start_at",        "end_at",     "description",  "patient_id",
+    "status",   "recurrence_id",  "type_id",         "comments",   "chief_complaint", "prior_auth",
+    "ref_provider", "ref_provider_id", "version"};
+
+// The kind of a change, from the row before and after, in both dialects.
+QString actionOf(const QString& o, const QString& n) {
+    return QString("CASE WHEN %1.resource_value <> %2.resource_value OR %1.start_at <> %2.start_at THEN 'move' "
+                   "WHEN %1.end_at <> %2.end_at THEN 'resize' WHEN %1.status <> %2.status THEN 'status' "
+                   "WHEN %1.comments <> %2.comments OR %1.chief_complaint <> %2.chief_complaint OR "
+                   "%1.prior_auth <> %2.prior_auth OR %1.ref_provider <> %2.ref_provider OR "
+                   "%1.ref_provider_id <> %2.ref_provider_id THEN 'notes' ELSE 'edit' END")
+        .arg(o, n);
+}
+
+// On a server: the login roles are the users, members of two group roles
+// whose grants the server enforces. The trigger's function runs as the
+// layout's owner, so the trail takes rows no desk's role may write itself.
+QStringList serverAudit() {
+    return {
+        "CREATE TABLE audit_trail (audit_id BIGSERIAL PRIMARY KEY, at TIMESTAMPTZ NOT NULL DEFAULT clock_timestamp(), "
+        "who TEXT NOT NULL, desk TEXT NOT NULL, action TEXT NOT NULL, app_id BIGINT NOT NULL, "
+        "patient_id TEXT NOT NULL, before JSONB, after JSONB)",
+        "CREATE INDEX audit_by_appointment ON audit_trail (app_id, audit_id)",
+        "CREATE INDEX audit_by_patient ON audit_trail (patient_id, app_id)",
+        "CREATE INDEX appointments_by_patient ON appointments (patient_id, start_at)",
+        "CREATE OR REPLACE FUNCTION practice_audit() RETURNS trigger LANGUAGE plpgsql SECURITY DEFINER "
+        "SET search_path = public AS $$ "
+        "DECLARE desk text := coalesce(nullif(current_setting('application_name', true), ''), "
+        "host(inet_client_addr()), 'local'); "
+        "BEGIN "
+        "IF TG_OP = 'INSERT' THEN "
+        "INSERT INTO audit_trail (who, desk, action, app_id, patient_id, before, after) "
+        "VALUES (session_user, desk, 'create', NEW.app_id, NEW.patient_id, NULL, to_jsonb(NEW)); "
+        "ELSIF TG_OP = 'DELETE' THEN "
+        "INSERT INTO audit_trail (who, desk, action, app_id, patient_id, before, after) "
+        "VALUES (session_user, desk, 'remove', OLD.app_id, OLD.patient_id, to_jsonb(OLD), NULL); "
+        "ELSE "
+        "INSERT INTO audit_trail (who, desk, action, app_id, patient_id, before, after) "
+        "VALUES (session_user, desk, " + actionOf("OLD", "NEW") + ", NEW.app_id, NEW.patient_id, "
+        "to_jsonb(OLD), to_jsonb(NEW)); "
+        "END IF; RETURN NULL; END $$",
+        "CREATE TRIGGER appointments_audit AFTER INSERT OR UPDATE OR DELETE ON appointments "
+        "FOR EACH ROW EXECUTE FUNCTION practice_audit()",
+        "CREATE OR REPLACE FUNCTION practice_audit_fixed() RETURNS trigger LANGUAGE plpgsql AS $$ "
+        "BEGIN RAISE EXCEPTION 'The audit trail cannot be changed.'; END $$",
+        "CREATE TRIGGER audit_trail_fixed BEFORE UPDATE OR DELETE ON audit_trail "
+        "FOR EACH ROW EXECUTE FUNCTION practice_audit_fixed()",
+        "DO $$ BEGIN "
+        "IF NOT EXISTS (SELECT 1 FROM pg_roles WHERE rolname = 'front_desk') THEN CREATE ROLE front_desk NOLOGIN; "
+        "END IF; "
+        "IF NOT EXISTS (SELECT 1 FROM pg_roles WHERE rolname = 'practice_admin') THEN "
+        "CREATE ROLE practice_admin NOLOGIN; END IF; END $$",
+        "GRANT front_desk TO practice_admin",
+        "REVOKE ALL ON ALL TABLES IN SCHEMA public FROM PUBLIC",
+        "GRANT SELECT ON schema_version, practice_groups, resources, group_members, patients, appointments, "
+        "templates, appointment_types, practice_settings TO front_desk",
+        "GRANT INSERT, UPDATE, DELETE ON appointments TO front_desk",
+        "GRANT USAGE ON SEQUENCE appointments_app_id_seq TO front_desk",
+        "GRANT INSERT, UPDATE, DELETE ON practice_groups, resources, group_members, patients, templates, "
+        "appointment_types, practice_settings TO practice_admin",
+        "GRANT USAGE ON ALL SEQUENCES IN SCHEMA public TO practice_admin",
+        "GRANT SELECT ON audit_trail TO practice_admin",
+    };
+}
+
+// In a file: the users are rows with their password hashes, and each desk's
+// write transaction names its user in desk_actor, which the triggers read; a
+// change without one is refused, as is any change to the trail.
+QStringList fileAudit() {
+    QStringList newValues, oldValues;
+    for (const char* column : kAppointmentColumns) {
+        newValues << QString("'%1', new.%1").arg(column);
+        oldValues << QString("'%1', old.%1").arg(column);
+    }
+    const QString after = "json_object(" + newValues.join(", ") + ")";
+    const QString before = "json_object(" + oldValues.join(", ") + ")";
+    const QString named = "SELECT RAISE(ABORT, 'No user is named for this change, so it was not stored.') "
+                          "WHERE NOT EXISTS (SELECT 1 FROM desk_actor); ";
+    const QString now = "strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime')";
+    const QString into = "INSERT INTO audit_trail (at, who, desk, action, app_id, patient_id, before, after) ";
+    return {
+        "CREATE TABLE audit_trail (audit_id INTEGER PRIMARY KEY AUTOINCREMENT, at TEXT NOT NULL, who TEXT NOT NULL, "
+        "desk TEXT NOT NULL, action TEXT NOT NULL, app_id INTEGER NOT NULL, patient_id TEXT NOT NULL, "
+        "before TEXT, after TEXT)",
+        "CREATE INDEX audit_by_appointment ON audit_trail (app_id, audit_id)",
+        "CREATE INDEX audit_by_patient ON audit_trail (patient_id, app_id)",
+        "CREATE INDEX appointments_by_patient ON appointments (patient_id, start_at)",
+        "CREATE TABLE desk_users (name TEXT PRIMARY KEY, password_hash TEXT NOT NULL, "
+        "role TEXT NOT NULL CHECK (role IN ('front_desk', 'practice_admin')))",
+        "CREATE TABLE desk_actor (name TEXT NOT NULL, desk TEXT NOT NULL)",
+        "CREATE TRIGGER appointments_audit_insert AFTER INSERT ON appointments BEGIN " + named + into + "SELECT " +
+            now + ", name, desk, 'create', new.app_id, new.patient_id, NULL, " + after + " FROM desk_actor; END",
+        "CREATE TRIGGER appointments_audit_update AFTER UPDATE ON appointments BEGIN " + named + into + "SELECT " +
+            now + ", name, desk, " + actionOf("old", "new") + ", new.app_id, new.patient_id, " + before + ", " +
+            after + " FROM desk_actor; END",
+        "CREATE TRIGGER appointments_audit_delete AFTER DELETE ON appointments BEGIN " + named + into + "SELECT " +
+            now + ", name, desk, 'remove', old.app_id, old.patient_id, " + before + ", NULL FROM desk_actor; END",
+        "CREATE TRIGGER audit_trail_fixed_update BEFORE UPDATE ON audit_trail BEGIN "
+        "SELECT RAISE(ABORT, 'The audit trail cannot be changed.'); END",
+        "CREATE TRIGGER audit_trail_fixed_delete BEFORE DELETE ON audit_trail BEGIN "
+        "SELECT RAISE(ABORT, 'The audit trail cannot be changed.'); END",
+    };
+}
 
 // Trigram indexes: PostgreSQL's pg_trgm behind LIKE, SQLite's FTS5 table of
 // trigrams kept by triggers, whose LIKE reads the index for a fragment of
@@ -115,6 +226,7 @@ void PracticeStore::open(const QString& location, quorvane::OleDate today, OpenM
     connect(location, mode);
     setUp(kSchemaVersion, mode == OpenMode::Demo, today);
     validate();
+    audited_ = !postgres_;
 }
 
 void PracticeStore::setUp(int upTo, bool seedDemo, quorvane::OleDate today) {
@@ -132,7 +244,10 @@ void PracticeStore::setUp(int upTo, bool seedDemo, quorvane::OleDate today) {
                               "there.")
                                  .toStdString());
         migrate(from, upTo);
-        if (from == 0 && seedDemo) seed(today);
+        if (from == 0 && seedDemo) {
+            nameActor("the practice's set-up");
+            seed(today);
+        }
     });
 }
 
@@ -175,6 +290,9 @@ void PracticeStore::migrate(int from, int upTo) {
                 }
             }
         }
+        if (version == 4)
+            for (const QString& statement : postgres_ ? serverAudit() : fileAudit())
+                run(db_, statement, {}, what);
         if (version == 3) {
             if (postgres_)
                 for (const char* statement : kServerSearchIndex)

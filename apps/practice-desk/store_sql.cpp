@@ -22,6 +22,18 @@ QString nameOf(const QSqlDatabase& db) {
         what ? QString(what) + " could not be stored" : QString("the schedule could not be read");
     auto has = [&](const char* words) { return text.contains(words, Qt::CaseInsensitive); };
     auto message = [&](const QString& m) { return (nameOf(db) + m).toStdString(); };
+    // A server that turned the user away: the user name or the password is
+    // wrong (the server does not tell which, and neither does the desk).
+    if (db.driverName() == "QPSQL" &&
+        (native == "28P01" || native == "28000" || has("password authentication failed") ||
+         (has("role \"") && has("does not exist")) || has("no password supplied") || has("no pg_hba.conf entry")))
+        throw LoginRefused(message(" did not accept the user name and password" +
+                                   (db.userName().isEmpty() ? QString() : " of \"" + db.userName() + "\"") +
+                                   ". Check them and try again."));
+    // What the user's role may not do, refused by the server itself.
+    if (native == "42501" || has("permission denied"))
+        throw NotPermitted(message(" refused " + QString(what ? what : "the read") +
+                                   ": the user \"" + db.userName() + "\" may not do this."));
     // SQLite has no server to lose; what it reports as a connection error is a file's.
     if (db.driverName() == "QPSQL" &&
         (e.type() == QSqlError::ConnectionError || has("server closed the connection") ||
@@ -36,6 +48,10 @@ QString nameOf(const QSqlDatabase& db) {
     if (native == "23P01")
         throw DoubleBooking(message(" refused " + QString(what ? what : "the change") +
                                     ": another appointment of the resource stands at that time."));
+    if (has("The audit trail cannot be changed") || has("No user is named for this change"))
+        throw NotPermitted(message(" refused " + QString(what ? what : "the change") + ": " +
+                                   (has("audit trail") ? QString("the audit trail cannot be changed.")
+                                                       : QString("no user is named for it."))));
     if (db.driverName() != "QPSQL" && (native == "5" || native == "6" || has("locked")))
         throw StoreError(message(" is in use by another program, so " + failed + ". Try again in a moment."));
     if (native == "8" || has("readonly") || has("read-only"))
@@ -96,13 +112,7 @@ Rows run(const QSqlDatabase& db, const QString& sql, const QVariantList& values,
     }
     QSqlQuery& q = found->second;
     bind(q, values);
-    if (!q.exec()) {
-        const QSqlError e = q.lastError();
-        // A statement the server no longer knows (its connection was made
-        // anew) is prepared again at the next run.
-        kept.erase(found);
-        fail(db, e, what);
-    }
+    if (!q.exec()) fail(db, q.lastError(), what);
     return Rows(&q);
 }
 

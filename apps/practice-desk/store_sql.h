@@ -74,6 +74,7 @@ inline QString text(const Rows& q, const char* field) { return q.value(field).to
 // The tables a practice's database holds at the newest layout.
 inline const char* const kTables[] = {"schema_version", "practice_groups",   "resources",
                                       "group_members",  "patients",          "appointments",
-                                      "templates",      "appointment_types", "practice_settings"};
+                                      "templates",      "appointment_types", "practice_settings",
+                                      "audit_trail"};
 
 } // namespace practice::sql
