@@ -226,6 +226,8 @@ QString PracticeStore::deskName() {
 // triggers refuse a change that names none.
 void PracticeStore::nameActor(const QString& who) {
     if (postgres_) return;
+    if (who.isEmpty() && fileHasUsers_)
+        throw NotPermitted((sql::nameOf(db_) + " has users: log in to change the schedule.").toStdString());
     run(db_, "DELETE FROM desk_actor", {}, "the name of the desk's user");
     run(db_, "INSERT INTO desk_actor (name, desk) VALUES (?, ?)", {who.isEmpty() ? osUser() : who, deskName()},
         "the name of the desk's user");

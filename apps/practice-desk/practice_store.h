@@ -199,9 +199,21 @@ public:
     Patient patient(const QString& id) const;
     int appointmentCount() const;
     // The user's role: on a server, the group role the login role belongs to
-    // (its owner counts as an administrator).
+    // (its owner counts as an administrator); in a file, the user's row (the
+    // computer's user holds a file that has no users yet).
     Role role() const;
     QString userName() const;
+    // Whether a file has users, so that a desk asks who is there; a server's
+    // users are its login roles.
+    bool hasUsers() const;
+    // Adds a user of a file, its password kept as an Argon2id hash. The first
+    // must be an administrator; after that a logged-in administrator adds them.
+    // A server's administrator creates login roles instead (see the README).
+    void addUser(const QString& name, const QString& password, Role role);
+    // Logs a user in: a file checks the password against the user's hash; a
+    // server is connected to again as that user. LoginRefused when either is
+    // not right, and nothing changes.
+    void logIn(const QString& name, const QString& password);
     // An appointment's trail, oldest first. NotPermitted for a user who may not
     // read it.
     std::vector<AuditEntry> auditOf(qint64 id) const;
@@ -263,7 +275,9 @@ private:
     static QString osUser();
     int transactionDepth_ = 0;
     bool audited_ = false; // a file whose triggers want each write's user named
+    bool fileHasUsers_ = false;
     QString user_;
+    void refuseUnlessAdministrator(const char* what) const;
     static constexpr const char* kChannel = "schedule_changed";
 
     QString name_;

@@ -227,6 +227,7 @@ void PracticeStore::open(const QString& location, quorvane::OleDate today, OpenM
     setUp(kSchemaVersion, mode == OpenMode::Demo, today);
     validate();
     audited_ = !postgres_;
+    fileHasUsers_ = !postgres_ && hasUsers();
 }
 
 void PracticeStore::setUp(int upTo, bool seedDemo, quorvane::OleDate today) {
@@ -331,6 +332,7 @@ bool PracticeStore::allowDoubleBooking() const {
 }
 
 void PracticeStore::setAllowDoubleBooking(bool allow) {
+    refuseUnlessAdministrator("the rule against double bookings");
     transaction("the rule against double bookings", [&] {
         run(db_, "UPDATE practice_settings SET value = ? WHERE name = 'allow_double_booking'",
             {allow ? "on" : "off"}, "the rule against double bookings");

@@ -89,6 +89,14 @@ TEST(AuditTrail, OnAServerEachUserIsHeldToTheirRoleAndEveryChangeIsTraced) {
     EXPECT_EQ(refusal(admin, "UPDATE audit_trail SET who = 'someone else'").substr(0, 5), "42501");
     EXPECT_EQ(refusal(admin, "UPDATE resources SET name = 'Dr. Ortiz' WHERE resource_value = '501'"), "");
 
+    // Another user logs in at the same desk: a wrong password leaves the one
+    // before connected, the right one connects as the new user.
+    EXPECT_THROW(store.logIn("ines", "not it"), LoginRefused);
+    EXPECT_EQ(store.userName(), "maria");
+    EXPECT_EQ(store.appointments("501", kToday).empty(), false);
+    store.logIn("ines", "admin pass");
+    EXPECT_EQ(store.role(), Role::Administrator);
+
     // A wrong password and an unknown user get one message, never a crash.
     for (const auto& [user, password] : {std::pair{"maria", "not it"}, std::pair{"nobody", "front-desk pass"}}) {
         PracticeStore refused(QString("refused-") + user);
@@ -125,6 +133,55 @@ TEST(AuditTrail, InAFileTheTriggersKeepTheTrailAndRefuseTampering) {
     EXPECT_NE(refusal(store, "DELETE FROM appointments WHERE app_id = 2").find("No user is named"), std::string::npos)
         << "a change from outside the desk names no user";
     EXPECT_EQ(store.auditOf(id).size(), 3u);
+}
+
+} // namespace
+
+namespace {
+
+// A file's first user is its administrator, who adds the front desk; a desk on
+// a file with users changes nothing until someone logs in, and then only what
+// that user's role allows, under that user's name.
+TEST(AuditTrail, InAFileUsersLogInAndAreHeldToTheirRole) {
+    QTemporaryDir dir;
+    const QString path = dir.filePath("practice.sqlite");
+    {
+        Desk setUp(path, "setup");
+        EXPECT_FALSE(setUp.store.hasUsers());
+        EXPECT_THROW(setUp.store.addUser("maria", "front desk 1", Role::FrontDesk), StoreError)
+            << "the first user is an administrator";
+        setUp.store.addUser("ines", "admin pass 1", Role::Administrator);
+        setUp.store.addUser("maria", "front desk 1", Role::FrontDesk);
+        QSqlQuery hashes(setUp.store.database());
+        ASSERT_TRUE(hashes.exec("SELECT password_hash FROM desk_users"));
+        while (hashes.next()) {
+            EXPECT_TRUE(hashes.value(0).toString().startsWith("$argon2id$")) << hashes.value(0).toString().toStdString();
+            EXPECT_FALSE(hashes.value(0).toString().contains("pass"));
+        }
+    }
+    PracticeStore store("maria");
+    store.open(path, kToday);
+    ASSERT_TRUE(store.hasUsers());
+    StoredAppointment a = store.appointments("501", kToday).front();
+    EXPECT_THROW(store.setStatus(a.id, a.version, "Confirmed"), NotPermitted) << "nobody has logged in";
+    for (const auto& [user, password] : {std::pair{"maria", "front desk 2"}, std::pair{"nobody", "front desk 1"}})
+        EXPECT_THROW(store.logIn(user, password), LoginRefused) << user;
+    store.logIn("maria", "front desk 1");
+    EXPECT_EQ(store.role(), Role::FrontDesk);
+    const int confirmed = store.setStatus(a.id, a.version, "Confirmed");
+    store.removeAppointment(a.id, confirmed);
+    EXPECT_THROW(store.setAllowDoubleBooking(true), NotPermitted);
+    EXPECT_THROW(store.addUser("eve", "long enough", Role::Administrator), NotPermitted);
+    EXPECT_THROW(store.auditOf(a.id), NotPermitted);
+    EXPECT_FALSE(std::ranges::any_of(store.visitsOf(a.patientId), [](const Visit& v) { return v.removed; }))
+        << "removed visits come from the trail, which the front desk does not read";
+
+    store.logIn("ines", "admin pass 1");
+    EXPECT_EQ(actions(store.auditOf(a.id)),
+              (std::vector<std::string>{"create by the practice's set-up", "status by maria", "remove by maria"}));
+    EXPECT_TRUE(std::ranges::any_of(store.visitsOf(a.patientId),
+                                    [&](const Visit& v) { return v.removed && v.appointment.id == a.id; }));
+    store.setAllowDoubleBooking(true);
 }
 
 } // namespace
