@@ -597,7 +597,12 @@ void DeskHost::PrintResourceSuperbills(Str r, Str d) {
 void DeskHost::AppointmentSearch(Str c) { mention("Search the appointments of column " + qs(c)); }
 void DeskHost::AddEditRecurrence(Str tag, Str) { mention("Edit the recurrence of " + qs(tag)); }
 void DeskHost::OpenPatient(Str p) { mention("Open patient " + qs(p)); }
-void DeskHost::OpenPatientHistory(Str p) { mention("Open the history of patient " + qs(p)); }
+void DeskHost::OpenPatientHistory(Str p) {
+    if (showHistory)
+        showHistory(qs(p));
+    else
+        mention("Open the history of patient " + qs(p));
+}
 void DeskHost::RefProviderSearch() { mention("Search a referring provider"); }
 void DeskHost::PrintSuperbill(Str a, Str p) { mention("Print superbill " + qs(a) + " of patient " + qs(p)); }
 void DeskHost::PrintDaysFacesheets(Str r, Str d) {

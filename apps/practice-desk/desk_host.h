@@ -47,6 +47,7 @@ public:
     std::function<void(const QString& what)> note;         // commands the desk only mentions
     std::function<void()> changedOutside; // the desk changed the control outside any event
     std::function<void(bool offline)> offlineChanged; // the server went away, or came back
+    std::function<void(const QString& patient)> showHistory; // the patient's visits and their trail
     // The key to the colours: each status and each kind of template block, by
     // name and colour (a status's as the control holds it, a block's as text).
     struct LegendRow {

@@ -35,8 +35,11 @@ QString qs(const std::string& s) { return QString::fromStdString(s); }
 } // namespace
 
 DeskWindow::DeskWindow(const QString& database, OleDate today, OpenMode mode, QWidget* parent)
+    : DeskWindow(database, today, Opening{mode, {}, {}}, parent) {}
+
+DeskWindow::DeskWindow(const QString& database, OleDate today, const Opening& opening, QWidget* parent)
     : QMainWindow(parent), today_(today) {
-    store_.open(database, today, mode);
+    openStore(database, opening);
     printFolder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     if (printFolder_.isEmpty()) printFolder_ = QDir::tempPath();
     offlineLabel_ = new QLabel(this);
@@ -55,6 +58,7 @@ DeskWindow::DeskWindow(const QString& database, OleDate today, OpenMode mode, QW
         tearDown();
         throw;
     }
+    buildLockScreen();
 }
 
 void DeskWindow::showOffline(bool offline) {
@@ -131,6 +135,7 @@ void DeskWindow::build() {
     host.session().recorder = recorder_.get();
     host.changedOutside = [this] { s_->widget->refresh(); };
     host.offlineChanged = [this](bool offline) { showOffline(offline); };
+    host.showHistory = [this](const QString& patient) { showHistory(patient); };
     host.mayProbe = [] { return !QApplication::activeModalWidget() && !QApplication::activePopupWidget(); };
 
     // A new control takes the size of the one before it; the first, the size
@@ -244,6 +249,7 @@ void DeskWindow::guarded(const std::function<void()>& work) {
 }
 
 bool DeskWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (filtersInput(watched, event)) return true;
     if (s_ && watched == s_->widget && event->type() == QEvent::Resize && s_->widget->size() != controlSize_) {
         controlSize_ = s_->widget->size();
         const auto clamp16 = [](int v) { return Variant(static_cast<std::int16_t>(std::clamp(v, 0, 32767))); };

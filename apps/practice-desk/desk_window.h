@@ -13,21 +13,45 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <chrono>
 #include <fstream>
+#include <optional>
 #include <functional>
 #include <memory>
 
 class QAction;
+class QLineEdit;
+class QTimer;
 
 namespace practice {
+
+// Who is at the desk.
+struct Login {
+    QString user, password;
+};
+
+// How a desk opens its practice: the user the command line names (a scripted
+// run), and for an attended desk the question it asks when it needs someone:
+// `why` says what went before; `firstAdministrator` asks for a new practice's
+// first user. No answer leaves the practice closed.
+struct Opening {
+    OpenMode mode = OpenMode::Existing;
+    Login login;
+    std::function<std::optional<Login>(const QString& why, bool firstAdministrator)> ask;
+};
+
+// The dialog an attended desk asks with.
+std::optional<Login> askForLogin(QWidget* parent, const QString& practice, const QString& why, bool firstAdministrator);
 
 class DeskWindow : public QMainWindow {
 public:
     // Opens the practice at `database` (a SQLite file or a postgresql:// URL);
     // StoreError when it cannot be opened, holds no practice (unless `mode` asks
-    // for the demo practice) or is damaged.
+    // for the demo practice) or is damaged. LoginRefused when nobody logs in
+    // to a practice that has users.
     DeskWindow(const QString& database, quorvane::OleDate today, OpenMode mode = OpenMode::Existing,
                QWidget* parent = nullptr);
+    DeskWindow(const QString& database, quorvane::OleDate today, const Opening& opening, QWidget* parent = nullptr);
     ~DeskWindow() override;
 
     // The control and what surrounds it; a restart makes them anew.
@@ -62,6 +86,15 @@ public:
     void setNextPatient(const QString& id) { nextPatient_ = id; }
     // An unattended desk answers Yes to a question, unless told otherwise here.
     void setNextAnswer(quorvane::MsgBoxResult answer) { nextAnswer_ = answer; }
+
+    // After `idle` without a key or a click the desk hides the practice behind
+    // its lock screen (zero: never). What the pane holds stays as it was.
+    void setIdleLock(std::chrono::milliseconds idle);
+    void lock();
+    bool locked() const;
+    // The history of a patient's visits, removed ones too where the user may
+    // read the trail, each with its trail: what OpenPatientHistory opens.
+    void showHistory(const QString& patientId);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -99,6 +132,10 @@ private:
     // The title and the status bar say which practice is open, and whether
     // its server is away.
     void showOffline(bool offline);
+    void openStore(const QString& database, Opening opening);
+    void buildLockScreen();
+    void unlock();
+    bool filtersInput(QObject* watched, QEvent* event);
 
     PracticeStore store_{"desk"};
     quorvane::OleDate today_;
@@ -116,6 +153,12 @@ private:
     std::ofstream scriptFile_, transcriptFile_;
     std::unique_ptr<SessionRecorder> recorder_;
     QAction* recordAction_ = nullptr;
+    QTimer* idle_ = nullptr;
+    QWidget* lockScreen_ = nullptr;
+    QLineEdit* lockUser_ = nullptr;
+    QLineEdit* lockPassword_ = nullptr;
+    QLabel* lockMessage_ = nullptr;
+    QPointer<QWidget> history_;
 };
 
 // The day's printout: the resource's day in slots of its length over the

@@ -1,7 +1,8 @@
 // practice-desk: a front desk's scheduler on the practice's database.
 //
 //   practice-desk [--database FILE|postgresql://...] [--demo] [--check] [--today M/D/YYYY]
-//                 [--morning FOLDER] [--record SCRIPT] [--transcript FILE]
+//                 [--morning FOLDER] [--record SCRIPT] [--transcript FILE] [--user NAME]
+//   practice-desk --add-user NAME [--role front_desk|practice_admin] --database FILE [--user ADMIN]
 //
 // Without a display it runs offscreen, and --morning plays a scripted morning
 // that leaves its screenshots in FOLDER.
@@ -51,7 +52,17 @@ int main(int argc, char** argv) {
         "Fill a new database (--database) with a large practice of YEARS years: 20 resources, 100,000 patients, "
         "25 appointments per resource and working day.",
         "YEARS");
-    args.addOptions({database, demo, check, today, morning, record, transcript, generate});
+    const QCommandLineOption user("user",
+                                  "Log in as USER; the password comes from PRACTICE_DESK_PASSWORD (for scripted "
+                                  "runs), else the desk asks.",
+                                  "USER");
+    const QCommandLineOption addUser(
+        "add-user",
+        "Add a user to the practice's SQLite file, with --role; --user logs in the administrator who adds them "
+        "(unless it is the practice's first). The new user's password comes from PRACTICE_DESK_NEW_PASSWORD.",
+        "NAME");
+    const QCommandLineOption role("role", "The new user's role: front_desk or practice_admin.", "ROLE", "front_desk");
+    args.addOptions({database, demo, check, today, morning, record, transcript, generate, user, addUser, role});
     args.process(app);
     const bool offscreen = QApplication::platformName() == "offscreen";
     auto refuse = [&](const QString& message) {
@@ -65,8 +76,17 @@ int main(int argc, char** argv) {
     // at all, the demo practice in a SQLite file of the user's own.
     QString location = args.value(database);
     practice::OpenMode mode = args.isSet(demo) ? practice::OpenMode::Demo : practice::OpenMode::Existing;
+    const QSettings settings("practice-desk", "practice-desk");
+    // The settings are the user's own: readable by nobody else, and never a
+    // place for a password.
+    if (QFileInfo::exists(settings.fileName())) {
+        QFile::setPermissions(settings.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        if (settings.contains("password"))
+            return refuse("The settings file " + settings.fileName() +
+                          " holds a password. The desk never reads one from there: remove the line, and the desk "
+                          "asks for the password when it opens.");
+    }
     if (location.isEmpty()) {
-        const QSettings settings("practice-desk", "practice-desk");
         if (QFileInfo::exists(settings.fileName())) {
             location = settings.value("database").toString().trimmed();
             if (settings.status() != QSettings::NoError || location.isEmpty())
@@ -119,8 +139,35 @@ int main(int argc, char** argv) {
         }
     }
 
+    practice::Opening opening{mode, {args.value(user), qEnvironmentVariable("PRACTICE_DESK_PASSWORD")}, {}};
+    const bool attended = !offscreen && !args.isSet(morning) && !args.isSet(check) && !args.isSet(addUser);
+    if (attended)
+        opening.ask = [&](const QString& why, bool first) {
+            return practice::askForLogin(nullptr, location, why, first);
+        };
+
+    if (args.isSet(addUser)) {
+        try {
+            practice::PracticeStore store("users");
+            store.open(location, quorvane::datePart(day));
+            if (store.hasUsers() || store.shared()) store.logIn(opening.login.user, opening.login.password);
+            const QString name = args.value(addUser);
+            const practice::Role given =
+                args.value(role) == "practice_admin" ? practice::Role::Administrator : practice::Role::FrontDesk;
+            if (args.value(role) != "practice_admin" && args.value(role) != "front_desk")
+                return refuse("--role takes front_desk or practice_admin.");
+            store.addUser(name, qEnvironmentVariable("PRACTICE_DESK_NEW_PASSWORD"), given);
+            std::printf("%s can log in to %s as %s\n", qPrintable(name), qPrintable(store.displayName()),
+                        qPrintable(args.value(role)));
+            return 0;
+        } catch (const std::exception& e) {
+            return refuse(QString::fromStdString(e.what()));
+        }
+    }
+
     try {
-        practice::DeskWindow desk(location, quorvane::datePart(day), mode);
+        practice::DeskWindow desk(location, quorvane::datePart(day), opening);
+        desk.setIdleLock(std::chrono::minutes(settings.value("lock_minutes", 10).toInt()));
         if (args.isSet(check)) {
             std::printf("%s: %d appointments\n", qPrintable(desk.windowTitle()), desk.store().appointmentCount());
             return 0;

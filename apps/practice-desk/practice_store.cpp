@@ -174,8 +174,11 @@ void PracticeStore::connect(const QString& location, OpenMode mode) {
         db_.setHostName(query.hasQueryItem("host") ? query.queryItemValue("host") : url.host());
         if (url.port() > 0) db_.setPort(url.port());
         db_.setDatabaseName(url.path().mid(1));
-        db_.setUserName(url.userName().isEmpty() ? QString("postgres") : url.userName());
-        if (!url.password().isEmpty()) db_.setPassword(url.password());
+        const QString user = !serverUser_.isEmpty() ? serverUser_ : url.userName();
+        db_.setUserName(user.isEmpty() ? QString("postgres") : user);
+        const QString password = !serverUser_.isEmpty() ? password_ : url.password();
+        if (!password.isEmpty()) db_.setPassword(password);
+        password_.clear();
         // The server's audit trail names the desk by its connection's name.
         QStringList options{"connect_timeout=2", "application_name=" + deskName()};
         for (const char* tls : {"sslmode", "sslrootcert", "sslcert", "sslkey"})

@@ -151,6 +151,12 @@ public:
     // seed are one unit that one desk at a time runs. StoreError naming the
     // database when it cannot be opened, holds no practice, or is damaged.
     void open(const QString& location, quorvane::OleDate today, OpenMode mode = OpenMode::Existing);
+    // The user and password a server is opened with, in place of any the URL
+    // carries; set before open().
+    void setCredentials(const QString& user, const QString& password) {
+        serverUser_ = user;
+        password_ = password;
+    }
     // The schema only, up to `version` (for a test of the migrations).
     void openAt(const QString& location, int version);
     bool shared() const { return postgres_; }
@@ -277,6 +283,7 @@ private:
     bool audited_ = false; // a file whose triggers want each write's user named
     bool fileHasUsers_ = false;
     QString user_;
+    QString serverUser_, password_;
     void refuseUnlessAdministrator(const char* what) const;
     static constexpr const char* kChannel = "schedule_changed";
 

@@ -63,9 +63,10 @@ def press(keysym):
 
 def main():
     with tempfile.TemporaryDirectory() as home:
-        env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home)
+        # A new practice opened by a named user makes that user its administrator.
+        env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home, PRACTICE_DESK_PASSWORD="reader's pass")
         desk = subprocess.Popen([sys.argv[1], "--demo", "--database", os.path.join(home, "practice.sqlite"),
-                                 "--today", "11/23/2026"], env=env)
+                                 "--today", "11/23/2026", "--user", "reader"], env=env)
         try:
             app = wait_for("the desk on the accessibility bus", desk_application)
             table = wait_for(f"the table \"{COLUMN}\"",

@@ -1,0 +1,128 @@
+// Who is at the desk, as its window shows it: a patient's history with a visit
+// that was removed and what happened to each visit; the idle lock hiding the
+// practice and giving it back, with what was typed in the pane, only for the
+// right password.
+
+#include "morning.h"
+
+#include <QuorvaneScheduler/control_internals.h>
+
+#include <QDialog>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <QuorvaneScheduler/qt/day_view_widget.h>
+
+#include <gtest/gtest.h>
+
+using namespace quorvane;
+
+namespace practice {
+namespace {
+
+const OleDate kToday = makeDate(2026, 11, 23);
+
+// A new practice opened by its administrator.
+Opening administrator() { return {OpenMode::Demo, {"ines", "admin pass 1"}, {}}; }
+
+// QUORVANE_SCREENSHOTS=DIR keeps the pictures for a look.
+void keep(QWidget& widget, const char* name) {
+    const QString folder = qEnvironmentVariable("QUORVANE_SCREENSHOTS");
+    if (!folder.isEmpty()) widget.grab().save(QDir(folder).filePath(name));
+}
+
+// The grid's key of the first appointment stored for `resource` today.
+std::int32_t keyOfFirst(DeskWindow& desk, const char* resource, StoredAppointment* stored = nullptr) {
+    const StoredAppointment first = desk.store().appointments(resource, kToday).front();
+    if (stored) *stored = first;
+    for (const AppointmentRef& a : widgetsOf(desk.control()).dvwResource[0]->appointmentSet().items())
+        if (tagField(a->Tag, 0) == std::to_string(first.id)) return a->Key();
+    return -1;
+}
+
+TEST(DeskUsers, APatientsHistoryShowsARemovedVisitAndWhatHappenedToIt) {
+    QTemporaryDir dir;
+    DeskWindow desk(dir.filePath("practice.sqlite"), kToday, administrator());
+    desk.setUnattended(true);
+    desk.show();
+    DeskUser user(desk);
+    user.settle();
+    StoredAppointment ada;
+    user.clickOn(0, keyOfFirst(desk, "501", &ada));
+    user.key(Qt::Key_Delete); // the question is answered Yes
+    ASSERT_THROW(desk.store().appointment(ada.id), StoreError) << "the visit is removed";
+
+    desk.host().OpenPatientHistory(ada.patientId.toStdString());
+    user.settle();
+    auto* history = desk.findChild<QDialog*>("patientHistory");
+    ASSERT_TRUE(history && history->isVisible());
+    EXPECT_EQ(history->windowTitle(), "History of " + desk.store().patient(ada.patientId).name);
+    auto* visits = history->findChild<QTableWidget*>("visits");
+    QTableWidgetItem* removed = nullptr;
+    for (int row = 0; row < visits->rowCount(); ++row)
+        if (visits->item(row, 2)->text().startsWith("Removed")) removed = visits->item(row, 0);
+    ASSERT_TRUE(removed) << "a removed visit is in the list";
+    EXPECT_EQ(visits->item(removed->row(), 2)->text(), "Removed (was Scheduled)");
+    EXPECT_TRUE(removed->font().strikeOut());
+    QTest::mouseClick(visits->viewport(), Qt::LeftButton, {}, visits->visualItemRect(removed).center());
+    auto* trail = history->findChild<QListWidget*>("trail");
+    QStringList lines;
+    for (int i = 0; i < trail->count(); ++i)
+        lines << trail->item(i)->text();
+    ASSERT_EQ(lines.size(), 2) << lines.join("\n").toStdString();
+    EXPECT_TRUE(lines[0].contains("the practice's set-up at " + PracticeStore::deskName() + ": booked Ada Byron"))
+        << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].contains("ines at " + PracticeStore::deskName() + ": removed Ada Byron, 11/23/2026 8:00 AM "
+                                                                            "with Dr. Ortiz"))
+        << lines[1].toStdString();
+    keep(*history, "patient-history.png");
+}
+
+TEST(DeskUsers, TheIdleLockHidesThePracticeAndGivesItBackWithWhatWasTyped) {
+    QTemporaryDir dir;
+    DeskWindow desk(dir.filePath("practice.sqlite"), kToday, administrator());
+    desk.setUnattended(true);
+    desk.show();
+    DeskUser user(desk);
+    user.settle();
+    user.clickOn(0, keyOfFirst(desk, "501"));
+    auto* comments = desk.findChild<QPlainTextEdit*>("txtAppComments");
+    ASSERT_TRUE(comments);
+    QTest::mouseClick(comments->viewport(), Qt::LeftButton);
+    QTest::keyClicks(comments, "Allergic to latex");
+    const QString typed = comments->toPlainText();
+
+    desk.setIdleLock(std::chrono::milliseconds(300));
+    for (int waited = 0; !desk.locked() && waited < 3000; waited += 50)
+        QTest::qWait(50);
+    ASSERT_TRUE(desk.locked());
+    EXPECT_FALSE(desk.scheduler().isVisible()) << "no patient's name stays in sight";
+    keep(desk, "idle-lock.png");
+    const int shown = desk.control().GetDayView("1")->appointmentSet().Count();
+    QTest::keyClick(desk.scheduler().dayView(0), Qt::Key_Delete);
+    EXPECT_EQ(desk.control().GetDayView("1")->appointmentSet().Count(), shown) << "keys do not reach the grid";
+
+    auto* password = desk.findChild<QLineEdit*>("lockPassword");
+    QTest::keyClicks(password, "admin pass 2");
+    QTest::keyClick(password, Qt::Key_Return);
+    EXPECT_TRUE(desk.locked());
+    EXPECT_TRUE(desk.findChild<QLabel*>("lockMessage")->text().contains("did not accept the user name and password"));
+    EXPECT_TRUE(password->text().isEmpty());
+    QTest::keyClicks(password, "admin pass 1");
+    QTest::mouseClick(desk.findChild<QPushButton*>("unlock"), Qt::LeftButton);
+    EXPECT_FALSE(desk.locked());
+    desk.setIdleLock(std::chrono::milliseconds(0));
+    EXPECT_TRUE(desk.scheduler().isVisible());
+    EXPECT_EQ(comments->toPlainText(), typed) << "nothing typed in the pane is lost";
+    EXPECT_EQ(widgetsOf(desk.control()).txtAppComments.text, typed.toStdString());
+}
+
+} // namespace
+} // namespace practice
