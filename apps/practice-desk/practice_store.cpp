@@ -164,6 +164,13 @@ void PracticeStore::transactionOnce(const char* what, const std::function<void()
 }
 
 void PracticeStore::connect(const QString& location, OpenMode mode) {
+    // An open that failed (a refused login) is tried again on a connection anew.
+    if (db_.isValid()) {
+        sql::forgetStatements(db_);
+        db_.close();
+        db_ = QSqlDatabase();
+        QSqlDatabase::removeDatabase(name_);
+    }
     location_ = location;
     postgres_ = location.startsWith("postgresql://");
     if (postgres_) {

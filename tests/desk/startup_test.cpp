@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace {
 
 struct Outcome {
@@ -26,9 +28,11 @@ struct DeskStart : ::testing::Test {
         GTEST_SKIP() << "the desk's program is built only with Qt Widgets";
 #endif
     }
-    Outcome desk(const QStringList& args) {
+    Outcome desk(const QStringList& args, const std::map<QString, QString>& extra = {}) {
         QProcess p;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const auto& [name, value] : extra)
+            env.insert(name, value);
         env.insert("HOME", home.path());
         env.insert("XDG_CONFIG_HOME", home.filePath("config"));
         env.insert("XDG_DATA_HOME", home.filePath("data"));
@@ -72,6 +76,38 @@ TEST_F(DeskStart, OnlyAFirstStartOrDemoSetsUpAPractice) {
     EXPECT_FALSE(QFile::exists(elsewhere));
     EXPECT_EQ(desk({"--database", elsewhere, "--demo"}).status, 0);
     EXPECT_TRUE(QFile::exists(elsewhere));
+}
+
+// The settings are the user's own and never hold a password. A file's users
+// are added at the command line, the first by whoever holds the file, the
+// next by its administrator; then the desk opens for a user with the right
+// password only.
+TEST_F(DeskStart, SettingsStayPrivateAndAFilesUsersAreAddedAtTheCommandLine) {
+    const QString path = home.filePath("practice.sqlite"), conf = home.filePath("config/practice-desk/practice-desk.conf");
+    settings("database=" + path.toUtf8() + "\nlock_minutes=5\n");
+    QFile::setPermissions(conf, QFileDevice::Permissions(0x6644));
+    EXPECT_EQ(desk({"--demo"}).status, 0);
+    EXPECT_EQ(QFile::permissions(conf) & QFileDevice::Permissions(0x6077), QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        << "readable and writable by its owner, by nobody else";
+
+    const Outcome first = desk({"--add-user", "ines", "--role", "practice_admin"},
+                               {{"PRACTICE_DESK_NEW_PASSWORD", "admin pass 1"}});
+    EXPECT_EQ(first.status, 0) << first.err.toStdString();
+    EXPECT_TRUE(first.out.startsWith("ines can log in to " + path)) << first.out.toStdString();
+    const std::map<QString, QString> maria{{"PRACTICE_DESK_NEW_PASSWORD", "front desk 1"},
+                                           {"PRACTICE_DESK_PASSWORD", "admin pass 2"}};
+    refused(desk({"--add-user", "maria", "--user", "ines"}, maria), path, "did not accept the user name and password");
+    std::map<QString, QString> right = maria;
+    right["PRACTICE_DESK_PASSWORD"] = "admin pass 1";
+    EXPECT_EQ(desk({"--add-user", "maria", "--user", "ines"}, right).status, 0);
+
+    refused(desk({}), path, "has users: log in with --user NAME");
+    const Outcome in = desk({"--user", "maria"}, {{"PRACTICE_DESK_PASSWORD", "front desk 1"}});
+    EXPECT_EQ(in.status, 0) << in.err.toStdString();
+    EXPECT_FALSE((in.out + in.err).contains("front desk 1")) << "no password is ever written out";
+
+    settings("database=" + path.toUtf8() + "\npassword=front desk 1\n");
+    refused(desk({"--user", "maria"}, {{"PRACTICE_DESK_PASSWORD", "front desk 1"}}), conf, "holds a password");
 }
 
 TEST_F(DeskStart, SettingsThatNameNoDatabaseOrAnUnmountedShareCreateNothing) {

@@ -49,6 +49,7 @@ public:
     QString tcpLocation(const QString& user, const QString& password, const QString& tls = "sslmode=require") const {
         return "postgresql://" + user + ":" + password + "@127.0.0.1:" + QString::number(port_) + "/practice?" + tls;
     }
+    int port() const { return port_; }
     // The certificate a client checks the server against (verify-full).
     QString certificate() const { return folder_ + "/root.crt"; }
     // "fast" ends the sessions and stops cleanly; "immediate" as a power cut would.

@@ -3,12 +3,14 @@
 // practice and giving it back, with what was typed in the pane, only for the
 // right password.
 
+#include "local_pg_server.h"
 #include "morning.h"
 
 #include <QuorvaneScheduler/control_internals.h>
 
 #include <QDialog>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -89,6 +91,7 @@ TEST(DeskUsers, TheIdleLockHidesThePracticeAndGivesItBackWithWhatWasTyped) {
     QTemporaryDir dir;
     DeskWindow desk(dir.filePath("practice.sqlite"), kToday, administrator());
     desk.setUnattended(true);
+    ASSERT_TRUE(desk.startRecording(dir.filePath("session.host"), dir.filePath("session.transcript")));
     desk.show();
     DeskUser user(desk);
     user.settle();
@@ -122,6 +125,42 @@ TEST(DeskUsers, TheIdleLockHidesThePracticeAndGivesItBackWithWhatWasTyped) {
     EXPECT_TRUE(desk.scheduler().isVisible());
     EXPECT_EQ(comments->toPlainText(), typed) << "nothing typed in the pane is lost";
     EXPECT_EQ(widgetsOf(desk.control()).txtAppComments.text, typed.toStdString());
+    desk.stopRecording();
+    for (const char* file : {"session.host", "session.transcript"}) {
+        QFile recorded(dir.filePath(file));
+        ASSERT_TRUE(recorded.open(QIODevice::ReadOnly));
+        const QByteArray text = recorded.readAll();
+        EXPECT_TRUE(text.contains("Allergic to latex")) << file << " holds the session";
+        EXPECT_FALSE(text.contains("admin pass")) << file << " holds no password";
+    }
+}
+
+// A server's URL that names nobody: the desk asks, and asks again with the
+// server's refusal until it lets the user in.
+TEST(DeskUsers, ADeskOnAServerAsksWhoIsThereUntilTheServerLetsThemIn) {
+    local::Server server;
+    if (!server.available()) GTEST_SKIP() << "no PostgreSQL server programs on this machine";
+    server.requirePasswords();
+    ASSERT_TRUE(server.start());
+    {
+        PracticeStore setUp("setup");
+        setUp.open(server.location(), kToday, OpenMode::Demo);
+    }
+    ASSERT_TRUE(server.psql("CREATE ROLE maria LOGIN PASSWORD 'front-desk pass' IN ROLE front_desk"));
+    std::vector<QString> asked;
+    Opening opening{OpenMode::Existing, {}, [&](const QString& why, bool first) -> std::optional<Login> {
+                        EXPECT_FALSE(first);
+                        asked.push_back(why);
+                        return Login{"maria", asked.size() == 1 ? "not it" : "front-desk pass"};
+                    }};
+    DeskWindow desk(QString("postgresql://127.0.0.1:%1/practice?sslmode=require").arg(server.port()), kToday, opening);
+    ASSERT_EQ(asked.size(), 2u);
+    EXPECT_TRUE(asked[0].isEmpty());
+    EXPECT_TRUE(asked[1].contains("did not accept the user name and password of \"maria\"")) << asked[1].toStdString();
+    EXPECT_EQ(desk.store().userName(), "maria");
+    EXPECT_EQ(desk.store().role(), Role::FrontDesk);
+    EXPECT_FALSE(desk.windowTitle().contains("pass"));
+    EXPECT_EQ(desk.control().GetDayView("1")->appointmentSet().Count(), 6);
 }
 
 } // namespace
