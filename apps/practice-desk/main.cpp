@@ -22,6 +22,7 @@
 #include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include <cstdio>
 #include <cstdlib>
@@ -81,7 +82,7 @@ int main(int argc, char** argv) {
     // place for a password.
     if (QFileInfo::exists(settings.fileName())) {
         QFile::setPermissions(settings.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        if (settings.contains("password"))
+        if (settings.contains("password") || !QUrl(settings.value("database").toString()).password().isEmpty())
             return refuse("The settings file " + settings.fileName() +
                           " holds a password. The desk never reads one from there: remove the line, and the desk "
                           "asks for the password when it opens.");
