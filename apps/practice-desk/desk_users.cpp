@@ -5,6 +5,7 @@
 #include "desk_window.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -225,6 +226,7 @@ void DeskWindow::unlock() {
     }
     lockScreen_->hide();
     menuBar()->setEnabled(true);
+    showRole();
     s_->widget->show();
     s_->widget->setFocus();
     statusBar()->showMessage("Unlocked for " + store_.userName(), 8000);
@@ -249,6 +251,79 @@ bool DeskWindow::filtersInput(QObject* watched, QEvent* event) {
     }
     auto* widget = qobject_cast<QWidget*>(watched);
     return widget && widget != lockScreen_ && !lockScreen_->isAncestorOf(widget) && widget->window() == this;
+}
+
+// ---- The administrator's menu ---------------------------------------------------
+
+void DeskWindow::buildPracticeMenu() {
+    practiceMenu_ = menuBar()->addMenu("&Practice");
+    practiceMenu_->setObjectName("practiceMenu");
+    allowDoubleBookings_ = practiceMenu_->addAction("Allow &Double Bookings");
+    allowDoubleBookings_->setObjectName("allowDoubleBookings");
+    allowDoubleBookings_->setCheckable(true);
+    QObject::connect(allowDoubleBookings_, &QAction::triggered, this, [this](bool allow) {
+        guarded([&] {
+            try {
+                store_.setAllowDoubleBooking(allow);
+                statusBar()->showMessage(allow ? "Double bookings are allowed." : "Double bookings are refused.", 8000);
+            } catch (...) {
+                allowDoubleBookings_->setChecked(!allow);
+                throw;
+            }
+        });
+    });
+    addUser_ = practiceMenu_->addAction("Add a &User...", this, [this] { guarded([this] { addUserByDialog(); }); });
+    addUser_->setObjectName("addUser");
+    showRole();
+}
+
+// What the user's role may not do is not offered; the store refuses it anyway.
+void DeskWindow::showRole() {
+    if (!practiceMenu_) return;
+    bool administrator = false;
+    try {
+        administrator = store_.role() == Role::Administrator;
+        allowDoubleBookings_->setChecked(store_.allowDoubleBooking());
+    } catch (const StoreError&) {
+    }
+    practiceMenu_->menuAction()->setVisible(administrator);
+    addUser_->setVisible(!store_.shared());
+}
+
+void DeskWindow::addUserByDialog() {
+    QDialog dialog(this);
+    dialog.setWindowTitle("Add a User — Practice Desk");
+    auto* form = new QFormLayout(&dialog);
+    auto* said = new QLabel("A user of " + store_.displayName() + ":", &dialog);
+    form->addRow(said);
+    auto* name = new QLineEdit(&dialog);
+    auto* password = new QLineEdit(&dialog);
+    auto* repeat = new QLineEdit(&dialog);
+    password->setEchoMode(QLineEdit::Password);
+    repeat->setEchoMode(QLineEdit::Password);
+    auto* administrator = new QCheckBox("A practice &administrator", &dialog);
+    form->addRow("&Name:", name);
+    form->addRow("&Password:", password);
+    form->addRow("&Repeat it:", repeat);
+    form->addRow(administrator);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+    form->addRow(buttons);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, [&] {
+        if (password->text() != repeat->text()) {
+            said->setText("The two passwords differ. Type the same one twice.");
+            return;
+        }
+        try {
+            store_.addUser(name->text().trimmed(), password->text(),
+                           administrator->isChecked() ? Role::Administrator : Role::FrontDesk);
+            dialog.accept();
+        } catch (const StoreError& e) {
+            said->setText(QString::fromStdString(e.what()));
+        }
+    });
+    if (dialog.exec() == QDialog::Accepted)
+        statusBar()->showMessage(name->text().trimmed() + " can log in now.", 8000);
 }
 
 // ---- A patient's history -------------------------------------------------------

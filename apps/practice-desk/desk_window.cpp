@@ -59,6 +59,7 @@ DeskWindow::DeskWindow(const QString& database, OleDate today, const Opening& op
         throw;
     }
     buildLockScreen();
+    buildPracticeMenu();
 }
 
 void DeskWindow::showOffline(bool offline) {

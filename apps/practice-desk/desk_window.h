@@ -20,6 +20,7 @@
 #include <memory>
 
 class QAction;
+class QMenu;
 class QLineEdit;
 class QTimer;
 
@@ -134,6 +135,10 @@ private:
     void showOffline(bool offline);
     void openStore(const QString& database, Opening opening);
     void buildLockScreen();
+    // The Practice menu is an administrator's: it shows for one only.
+    void buildPracticeMenu();
+    void showRole();
+    void addUserByDialog();
     void unlock();
     bool filtersInput(QObject* watched, QEvent* event);
 
@@ -159,6 +164,9 @@ private:
     QLineEdit* lockPassword_ = nullptr;
     QLabel* lockMessage_ = nullptr;
     QPointer<QWidget> history_;
+    QMenu* practiceMenu_ = nullptr;
+    QAction* allowDoubleBookings_ = nullptr;
+    QAction* addUser_ = nullptr;
 };
 
 // The day's printout: the resource's day in slots of its length over the

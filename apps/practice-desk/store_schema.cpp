@@ -73,6 +73,17 @@ const std::array<QStringList, PracticeStore::kSchemaVersion> kMigrations = {{
     },
 }};
 
+// On a server the rule against double bookings is a constraint, so two desks
+// racing for one slot cannot both win. The stored times are ISO texts, read the
+// same whatever the server's date style, which is what makes the period
+// function immutable in fact.
+const char* const kPeriodFunction =
+    "CREATE OR REPLACE FUNCTION practice_period(text, text) RETURNS tsrange LANGUAGE sql IMMUTABLE "
+    "AS 'SELECT tsrange(CAST($1 AS timestamp), CAST($2 AS timestamp))'";
+const char* const kNoDoubleBooking =
+    "ALTER TABLE appointments ADD CONSTRAINT appointments_no_double_booking EXCLUDE USING gist "
+    "(resource_value WITH =, practice_period(start_at, end_at) WITH &&) WHERE (status <> 'Cancelled')";
+
 // An appointment's columns, as the audit trail keeps its values.
 const char* const kAppointmentColumns[] = {
     "app_id",   "resource_value", "start_at",        "end_at",     "description",  "patient_id",
@@ -137,6 +148,17 @@ QStringList serverAudit() {
         "appointment_types, practice_settings TO practice_admin",
         "GRANT USAGE ON ALL SEQUENCES IN SCHEMA public TO practice_admin",
         "GRANT SELECT ON audit_trail TO practice_admin",
+        // The rule against double bookings is the layout's owner's to change;
+        // an administrator changes it through this.
+        QString("CREATE OR REPLACE FUNCTION practice_allow_double_booking(allow boolean) RETURNS void "
+                "LANGUAGE plpgsql SECURITY DEFINER SET search_path = public AS $$ BEGIN "
+                "UPDATE practice_settings SET value = CASE WHEN allow THEN 'on' ELSE 'off' END "
+                "WHERE name = 'allow_double_booking'; "
+                "ALTER TABLE appointments DROP CONSTRAINT IF EXISTS appointments_no_double_booking; "
+                "IF NOT allow THEN %1; END IF; END $$")
+            .arg(kNoDoubleBooking),
+        "REVOKE ALL ON FUNCTION practice_allow_double_booking(boolean) FROM PUBLIC",
+        "GRANT EXECUTE ON FUNCTION practice_allow_double_booking(boolean) TO practice_admin",
     };
 }
 
@@ -200,17 +222,6 @@ const char* const kFileSearchIndex[] = {
     "INSERT INTO patients_search (rowid, name_folded, chart) "
     "SELECT rowid, name_folded, lower(coalesce(chart_number, '')) FROM patients",
 };
-
-// On a server the rule against double bookings is a constraint, so two desks
-// racing for one slot cannot both win. The stored times are ISO texts, read the
-// same whatever the server's date style, which is what makes the period
-// function immutable in fact.
-const char* const kPeriodFunction =
-    "CREATE OR REPLACE FUNCTION practice_period(text, text) RETURNS tsrange LANGUAGE sql IMMUTABLE "
-    "AS 'SELECT tsrange(CAST($1 AS timestamp), CAST($2 AS timestamp))'";
-const char* const kNoDoubleBooking =
-    "ALTER TABLE appointments ADD CONSTRAINT appointments_no_double_booking EXCLUDE USING gist "
-    "(resource_value WITH =, practice_period(start_at, end_at) WITH &&) WHERE (status <> 'Cancelled')";
 
 // One number for the lock that lets one desk at a time set a server's database up.
 constexpr qint64 kSetUpLock = 0x51756f7276616e65; // "Quorvane"
@@ -334,9 +345,12 @@ bool PracticeStore::allowDoubleBooking() const {
 void PracticeStore::setAllowDoubleBooking(bool allow) {
     refuseUnlessAdministrator("the rule against double bookings");
     transaction("the rule against double bookings", [&] {
+        if (postgres_) {
+            run(db_, "SELECT practice_allow_double_booking(?)", {allow}, "the rule against double bookings");
+            return;
+        }
         run(db_, "UPDATE practice_settings SET value = ? WHERE name = 'allow_double_booking'",
             {allow ? "on" : "off"}, "the rule against double bookings");
-        forbidDoubleBookings(!allow);
     });
 }
 

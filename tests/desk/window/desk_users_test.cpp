@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableWidget>
@@ -113,14 +114,23 @@ TEST(DeskUsers, TheIdleLockHidesThePracticeAndGivesItBackWithWhatWasTyped) {
     EXPECT_EQ(desk.control().GetDayView("1")->appointmentSet().Count(), shown) << "keys do not reach the grid";
 
     auto* password = desk.findChild<QLineEdit*>("lockPassword");
+    desk.store().addUser("maria", "front desk 1", Role::FrontDesk);
     QTest::keyClicks(password, "admin pass 2");
     QTest::keyClick(password, Qt::Key_Return);
     EXPECT_TRUE(desk.locked());
     EXPECT_TRUE(desk.findChild<QLabel*>("lockMessage")->text().contains("did not accept the user name and password"));
     EXPECT_TRUE(password->text().isEmpty());
-    QTest::keyClicks(password, "admin pass 1");
+    // Another user logs in instead; the administrator's menu goes with its user.
+    auto* who = desk.findChild<QLineEdit*>("lockUser");
+    EXPECT_EQ(who->text(), "ines");
+    EXPECT_TRUE(desk.findChild<QMenu*>("practiceMenu")->menuAction()->isVisible());
+    who->selectAll();
+    QTest::keyClicks(who, "maria");
+    QTest::keyClicks(password, "front desk 1");
     QTest::mouseClick(desk.findChild<QPushButton*>("unlock"), Qt::LeftButton);
     EXPECT_FALSE(desk.locked());
+    EXPECT_EQ(desk.store().userName(), "maria");
+    EXPECT_FALSE(desk.findChild<QMenu*>("practiceMenu")->menuAction()->isVisible());
     desk.setIdleLock(std::chrono::milliseconds(0));
     EXPECT_TRUE(desk.scheduler().isVisible());
     EXPECT_EQ(comments->toPlainText(), typed) << "nothing typed in the pane is lost";
