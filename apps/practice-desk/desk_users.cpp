@@ -196,6 +196,11 @@ bool DeskWindow::locked() const { return lockScreen_ && lockScreen_->isVisible()
 void DeskWindow::lock() {
     if (locked() || !s_) return;
     if (idle_) idle_->stop();
+    // A dialog left open (a patient search with its list of names) goes too,
+    // as if the user had cancelled it.
+    while (QWidget* modal = QApplication::activeModalWidget()) {
+        if (!modal->close()) break;
+    }
     s_->widget->hide();
     if (history_) history_->close();
     if (legend_) legend_->close();

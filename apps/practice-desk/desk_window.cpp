@@ -72,6 +72,7 @@ void DeskWindow::showOffline(bool offline) {
 }
 
 DeskWindow::~DeskWindow() {
+    qApp->removeEventFilter(this); // the idle lock's
     tearDown();
     recorder_.reset();
 }
@@ -149,6 +150,7 @@ void DeskWindow::build() {
     }
     host.start(controlSize_.width(), controlSize_.height());
     s.widget->refresh();
+    if (idle_ && idle_->interval() > 0) qApp->installEventFilter(this);
 }
 
 // What crosses between the control and the desk, for a recording. The widget's
@@ -185,6 +187,8 @@ void DeskWindow::hear(Session& s) {
 
 void DeskWindow::tearDown() {
     if (!s_) return;
+    // Nothing of the idle lock hears the widget while it dies.
+    qApp->removeEventFilter(this);
     if (recorder_) recorder_->flush();
     s_->control.setEventSink(nullptr);
     s_->platform.messageBoxes = s_->answering.window;
@@ -251,7 +255,9 @@ void DeskWindow::guarded(const std::function<void()>& work) {
 
 bool DeskWindow::eventFilter(QObject* watched, QEvent* event) {
     if (filtersInput(watched, event)) return true;
-    if (s_ && watched == s_->widget && event->type() == QEvent::Resize && s_->widget->size() != controlSize_) {
+    // The type first: the widget may be in the middle of its destruction, when
+    // it is no SchedulerWidget any more.
+    if (event->type() == QEvent::Resize && s_ && watched == s_->widget && s_->widget->size() != controlSize_) {
         controlSize_ = s_->widget->size();
         const auto clamp16 = [](int v) { return Variant(static_cast<std::int16_t>(std::clamp(v, 0, 32767))); };
         s_->host.session().call("ResizeControl", {clamp16(controlSize_.height()), clamp16(controlSize_.width())});
