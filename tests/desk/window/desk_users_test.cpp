@@ -145,6 +145,23 @@ TEST(DeskUsers, TheIdleLockHidesThePracticeAndGivesItBackWithWhatWasTyped) {
     }
 }
 
+// An attended desk setting up a new practice asks for its first
+// administrator, and asks again when the answer will not do.
+TEST(DeskUsers, ANewPracticeAsksForItsFirstAdministrator) {
+    QTemporaryDir dir;
+    std::vector<QString> asked;
+    Opening opening{OpenMode::Demo, {}, [&](const QString& why, bool first) -> std::optional<Login> {
+                        EXPECT_TRUE(first);
+                        asked.push_back(why);
+                        return Login{"ines", asked.size() == 1 ? "short" : "admin pass 1"};
+                    }};
+    DeskWindow desk(dir.filePath("practice.sqlite"), kToday, opening);
+    ASSERT_EQ(asked.size(), 2u);
+    EXPECT_TRUE(asked[1].contains("a password of 8 characters or more")) << asked[1].toStdString();
+    EXPECT_EQ(desk.store().userName(), "ines");
+    EXPECT_EQ(desk.store().role(), Role::Administrator);
+}
+
 // A server's URL that names nobody: the desk asks, and asks again with the
 // server's refusal until it lets the user in.
 TEST(DeskUsers, ADeskOnAServerAsksWhoIsThereUntilTheServerLetsThemIn) {
