@@ -395,6 +395,7 @@ void DeskWindow::showHistory(const QString& patientId) {
         layout->addWidget(new QLabel("Removed visits and the audit trail are for a practice administrator.", dialog));
     auto* table = new QTableWidget(static_cast<int>(visits.size()), 4, dialog);
     table->setObjectName("visits");
+    table->setAccessibleName("Visits of " + name);
     table->setHorizontalHeaderLabels({"When", "With", "Status", "Visit"});
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -422,6 +423,7 @@ void DeskWindow::showHistory(const QString& patientId) {
     layout->addWidget(table, 2);
     auto* trail = new QListWidget(dialog);
     trail->setObjectName("trail");
+    trail->setAccessibleName("What happened to the chosen visit");
     trail->setWordWrap(true);
     layout->addWidget(new QLabel("What happened to the chosen visit:", dialog));
     layout->addWidget(trail, 1);
