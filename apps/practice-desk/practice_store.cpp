@@ -146,8 +146,10 @@ void PracticeStore::transactionOnce(const char* what, const std::function<void()
     try {
         if (audited_) nameActor(user_);
         work();
-        if (audited_) run(db_, "DELETE FROM desk_actor", {}, what);
+        // Whoever was named for this transaction's changes goes with it.
+        if (std::exchange(actorNamed_, false)) run(db_, "DELETE FROM desk_actor", {}, what);
     } catch (...) {
+        actorNamed_ = false;
         --transactionDepth_;
         rollback();
         throw;
@@ -241,6 +243,7 @@ void PracticeStore::nameActor(const QString& who) {
     run(db_, "DELETE FROM desk_actor", {}, "the name of the desk's user");
     run(db_, "INSERT INTO desk_actor (name, desk) VALUES (?, ?)", {who.isEmpty() ? osUser() : who, deskName()},
         "the name of the desk's user");
+    actorNamed_ = true;
 }
 
 QString PracticeStore::osUser() {

@@ -281,6 +281,7 @@ private:
     static QString osUser();
     int transactionDepth_ = 0;
     bool audited_ = false; // a file whose triggers want each write's user named
+    bool actorNamed_ = false; // within a transaction: desk_actor holds its user
     bool fileHasUsers_ = false;
     QString user_;
     QString serverUser_, password_;

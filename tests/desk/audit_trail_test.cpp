@@ -115,6 +115,9 @@ TEST(AuditTrail, InAFileUsersLogInAndAreHeldToTheirRole) {
     const QString path = dir.filePath("practice.sqlite");
     {
         Desk setUp(path, "setup");
+        EXPECT_NE(refusal(setUp.store, "DELETE FROM appointments WHERE app_id = 3").find("No user is named"),
+                  std::string::npos)
+            << "the set-up's name goes with its transaction";
         EXPECT_FALSE(setUp.store.hasUsers());
         EXPECT_THROW(setUp.store.addUser("maria", "front desk 1", Role::FrontDesk), StoreError)
             << "the first user is an administrator";
