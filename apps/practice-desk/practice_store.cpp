@@ -88,13 +88,16 @@ OleDate fromStoredDate(const QString& t) {
 
 PracticeStore::PracticeStore(QString connectionName) : name_(std::move(connectionName)) {}
 
-PracticeStore::~PracticeStore() {
-    if (db_.isValid()) {
-        sql::forgetStatements(db_);
-        db_.close();
-        db_ = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name_);
-    }
+PracticeStore::~PracticeStore() { drop(); }
+
+// The connection and all that hangs on it: its kept statements, and the
+// connection's entry by name.
+void PracticeStore::drop() {
+    if (!db_.isValid()) return;
+    sql::forgetStatements(db_);
+    db_.close();
+    db_ = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name_);
 }
 
 QString PracticeStore::displayName() const {
@@ -167,12 +170,7 @@ void PracticeStore::transactionOnce(const char* what, const std::function<void()
 
 void PracticeStore::connect(const QString& location, OpenMode mode) {
     // An open that failed (a refused login) is tried again on a connection anew.
-    if (db_.isValid()) {
-        sql::forgetStatements(db_);
-        db_.close();
-        db_ = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name_);
-    }
+    drop();
     location_ = location;
     postgres_ = location.startsWith("postgresql://");
     if (postgres_) {
@@ -270,20 +268,26 @@ void PracticeStore::disconnect() {
 }
 
 bool PracticeStore::reconnect() {
-    sql::forgetStatements(db_);
-    db_.close();
-    heard_ = nullptr;
-    if (!db_.open()) return false;
     try {
-        quiet();
+        connectAgain();
         ping();
-        if (listening_) subscribe();
+        return true;
     } catch (const StoreError&) {
         sql::forgetStatements(db_);
         db_.close();
         return false;
     }
-    return true;
+}
+
+// The same connection made anew, as whoever it names now: what was kept on the
+// old one goes with it, and the new one listens if the store did.
+void PracticeStore::connectAgain() {
+    sql::forgetStatements(db_);
+    db_.close();
+    heard_ = nullptr;
+    if (!db_.open()) fail(db_, db_.lastError(), nullptr);
+    quiet();
+    if (listening_) subscribe();
 }
 
 void PracticeStore::listen(std::function<void(const QString& resource, OleDate day)> changed) {

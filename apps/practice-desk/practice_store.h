@@ -253,6 +253,8 @@ public:
 
 private:
     void connect(const QString& location, OpenMode mode);
+    void drop();
+    void connectAgain();
     // The layout brought to `upTo` and, for a database that had none, the demo
     // practice, as one transaction that holds every other desk off.
     void setUp(int upTo, bool seedDemo, quorvane::OleDate today);

@@ -78,6 +78,13 @@ void bind(QSqlQuery& q, const QVariantList& values) {
     }
 }
 
+QSqlQuery prepared(const QSqlDatabase& db, const QString& sql, const char* what) {
+    QSqlQuery q(db);
+    q.setForwardOnly(true);
+    if (!q.prepare(sql)) fail(db, q.lastError(), what);
+    return q;
+}
+
 Statement lastReadStatement;
 
 } // namespace
@@ -95,21 +102,14 @@ Rows run(const QSqlDatabase& db, const QString& sql, const QVariantList& values,
         return Rows(std::move(q));
     }
     if (db.driverName() != "QPSQL") {
-        QSqlQuery q(db);
-        q.setForwardOnly(true);
-        if (!q.prepare(sql)) fail(db, q.lastError(), what);
+        QSqlQuery q = prepared(db, sql, what);
         bind(q, values);
         if (!q.exec()) fail(db, q.lastError(), what);
         return Rows(std::move(q));
     }
     std::map<QString, QSqlQuery>& kept = preparedOn[db.connectionName()];
     auto found = kept.find(sql);
-    if (found == kept.end()) {
-        QSqlQuery q(db);
-        q.setForwardOnly(true);
-        if (!q.prepare(sql)) fail(db, q.lastError(), what);
-        found = kept.emplace(sql, std::move(q)).first;
-    }
+    if (found == kept.end()) found = kept.emplace(sql, prepared(db, sql, what)).first;
     QSqlQuery& q = found->second;
     bind(q, values);
     if (!q.exec()) fail(db, q.lastError(), what);

@@ -78,14 +78,9 @@ void PracticeStore::logIn(const QString& name, const QString& password) {
     if (postgres_) {
         const QString before = db_.userName(), kept = db_.password();
         auto connectAs = [&](const QString& user, const QString& secret) {
-            sql::forgetStatements(db_);
-            db_.close();
-            heard_ = nullptr;
             db_.setUserName(user);
             db_.setPassword(secret);
-            if (!db_.open()) sql::fail(db_, db_.lastError(), nullptr);
-            quiet();
-            if (listening_) subscribe();
+            connectAgain();
         };
         try {
             connectAs(name, password);
