@@ -227,9 +227,13 @@ void PracticeStore::connect(const QString& location, OpenMode mode) {
 
 // This computer, as the audit trail names the desk a change came from.
 QString PracticeStore::deskName() {
-    QString name = QSysInfo::machineHostName();
-    name.replace(QRegularExpression("[^A-Za-z0-9._-]"), "-");
-    return name.isEmpty() ? QString("desk") : name.left(60);
+    // Taken once: every write of a file names it.
+    static const QString name = [] {
+        QString host = QSysInfo::machineHostName();
+        host.replace(QRegularExpression("[^A-Za-z0-9._-]"), "-");
+        return host.isEmpty() ? QString("desk") : host.left(60);
+    }();
+    return name;
 }
 
 // In a file, the user a write transaction's changes are audited under: the
